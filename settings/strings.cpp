@@ -1,0 +1,181 @@
+// settings/strings.cpp — text helpers (see strings.h).
+#include "settings/strings.h"
+
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+namespace settings {
+
+namespace {
+
+bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+bool IsContinuation(unsigned char c) { return (c & 0xC0) == 0x80; }
+
+}  // namespace
+
+std::string Trim(std::string_view s) {
+  std::size_t b = 0, e = s.size();
+  while (b < e && IsBlank(s[b])) ++b;
+  while (e > b && IsBlank(s[e - 1])) --e;
+  return std::string(s.substr(b, e - b));
+}
+
+std::string UpperAscii(std::string_view s) {
+  std::string out(s);
+  for (char& c : out)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  return out;
+}
+
+std::string FoldCase(std::string_view s) {
+  std::string out(s);
+  for (std::size_t i = 0; i < out.size(); ++i) {
+    unsigned char c = static_cast<unsigned char>(out[i]);
+    if (c >= 'A' && c <= 'Z') {
+      out[i] = static_cast<char>(c - 'A' + 'a');
+    } else if (c == 0xC3 && i + 1 < out.size()) {
+      // Latin-1 capitals U+00C0..U+00DE (but not U+00D7, the multiplication
+      // sign) are C3 80..C3 9E; their small letters are 0x20 further on.
+      unsigned char d = static_cast<unsigned char>(out[i + 1]);
+      if (d >= 0x80 && d <= 0x9E && d != 0x97) out[i + 1] = static_cast<char>(d + 0x20);
+      ++i;
+    }
+  }
+  return out;
+}
+
+bool IEquals(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && FoldCase(a) == FoldCase(b);
+}
+
+bool IStartsWith(std::string_view s, std::string_view prefix) {
+  return s.size() >= prefix.size() && IEquals(s.substr(0, prefix.size()), prefix);
+}
+
+std::size_t IFind(std::string_view hay, std::string_view needle, std::size_t from) {
+  if (from > hay.size()) return std::string_view::npos;
+  return FoldCase(hay).find(FoldCase(needle), from);
+}
+
+std::string IReplaceAll(std::string_view text, std::string_view find, std::string_view with) {
+  if (find.empty()) return std::string(text);
+  const std::string folded = FoldCase(text);
+  const std::string key = FoldCase(find);
+  std::string out;
+  out.reserve(text.size());
+  std::size_t pos = 0;
+  for (;;) {
+    std::size_t hit = folded.find(key, pos);
+    if (hit == std::string::npos) break;
+    out.append(text.substr(pos, hit - pos));
+    out.append(with);
+    pos = hit + key.size();
+  }
+  out.append(text.substr(pos));
+  return out;
+}
+
+std::vector<std::string> SplitChar(std::string_view s, char sep) {
+  std::vector<std::string> out;
+  std::size_t start = 0;
+  for (;;) {
+    std::size_t p = s.find(sep, start);
+    if (p == std::string_view::npos) {
+      out.emplace_back(s.substr(start));
+      return out;
+    }
+    out.emplace_back(s.substr(start, p - start));
+    start = p + 1;
+  }
+}
+
+double Val(std::string_view s) {
+  // Collect the characters that can make up a number, skipping blanks as Val
+  // does ("1 2" reads 12), then let strtod read the longest valid prefix.
+  std::string digits;
+  std::size_t i = 0;
+  auto skip = [&] {
+    while (i < s.size() && (s[i] == ' ' || s[i] == '\t' || s[i] == '\r' || s[i] == '\n')) ++i;
+  };
+  skip();
+  if (i < s.size() && (s[i] == '+' || s[i] == '-')) digits += s[i++];
+  bool seen_point = false, seen_exp = false;
+  for (; i < s.size(); ++i) {
+    char c = s[i];
+    if (c == ' ' || c == '\t') continue;
+    if (c >= '0' && c <= '9') {
+      digits += c;
+    } else if (c == '.' && !seen_point && !seen_exp) {
+      seen_point = true;
+      digits += c;
+    } else if ((c == 'e' || c == 'E' || c == 'd' || c == 'D') && !seen_exp) {
+      seen_exp = true;
+      digits += 'e';
+      if (i + 1 < s.size() && (s[i + 1] == '+' || s[i + 1] == '-')) digits += s[++i];
+    } else {
+      break;
+    }
+  }
+  if (digits.empty()) return 0;
+  char* end = nullptr;
+  double v = std::strtod(digits.c_str(), &end);
+  if (!std::isfinite(v)) return 0;
+  return v;
+}
+
+std::int32_t ValInt32(std::string_view s, bool* overflow) {
+  double v = std::nearbyint(Val(s));  // the default rounding mode is half to even
+  bool over = v > std::numeric_limits<std::int32_t>::max() ||
+              v < std::numeric_limits<std::int32_t>::min();
+  if (overflow) *overflow = over;
+  if (over) return v > 0 ? std::numeric_limits<std::int32_t>::max()
+                         : std::numeric_limits<std::int32_t>::min();
+  return static_cast<std::int32_t>(v);
+}
+
+std::string NumberText(double v) {
+  if (v == std::floor(v) && std::fabs(v) < 1e15) {
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%lld", static_cast<long long>(v));
+    return buf;
+  }
+  char buf[40];
+  std::snprintf(buf, sizeof buf, "%.15g", v);
+  return buf;
+}
+
+bool WildcardMatch(std::string_view name, std::string_view pattern, bool ignore_case) {
+  const std::string n = ignore_case ? FoldCase(name) : std::string(name);
+  const std::string p = ignore_case ? FoldCase(pattern) : std::string(pattern);
+  // Iterative match with one backtrack point for the last "*".
+  std::size_t ni = 0, pi = 0, star = std::string::npos, mark = 0;
+  auto next_char = [&](std::size_t i) {
+    ++i;
+    while (i < n.size() && IsContinuation(static_cast<unsigned char>(n[i]))) ++i;
+    return i;
+  };
+  while (ni < n.size()) {
+    if (pi < p.size() && p[pi] == '*') {
+      star = pi++;
+      mark = ni;
+    } else if (pi < p.size() && p[pi] == '?') {
+      ++pi;
+      ni = next_char(ni);
+    } else if (pi < p.size() && p[pi] == n[ni]) {
+      ++pi;
+      ++ni;
+    } else if (star != std::string::npos) {
+      pi = star + 1;
+      mark = next_char(mark);
+      ni = mark;
+    } else {
+      return false;
+    }
+  }
+  while (pi < p.size() && p[pi] == '*') ++pi;
+  return pi == p.size();
+}
+
+}  // namespace settings

@@ -1,0 +1,139 @@
+// settings/text_file.cpp — whole-file reading and atomic writing (see text_file.h).
+#include "settings/text_file.h"
+
+#include <atomic>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <system_error>
+
+#include <unistd.h>
+
+namespace settings {
+
+namespace fs = std::filesystem;
+
+FileText ReadFile(const fs::path& path) {
+  FileText out;
+  std::error_code ec;
+  if (!fs::is_regular_file(path, ec)) return out;
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    out.error = "No se pudo leer el archivo " + path.string() + ": no se puede abrir";
+    out.exists = true;
+    return out;
+  }
+  out.exists = true;
+  std::ostringstream buf;
+  buf << in.rdbuf();
+  if (in.bad()) {
+    out.error = "No se pudo leer el archivo " + path.string() + ": error de lectura";
+    return out;
+  }
+  std::string bytes = std::move(buf).str();
+  std::string reason;
+  auto text = DecodeAuto(bytes, &out.encoding, &reason);
+  if (!text) {
+    out.error = "No se pudo leer el archivo " + path.string() + ": " + reason;
+    return out;
+  }
+  out.text = std::move(*text);
+  std::size_t p = out.text.find_first_of("\r\n");
+  if (p != std::string::npos)
+    out.line_ending = (out.text[p] == '\r' && p + 1 < out.text.size() && out.text[p + 1] == '\n')
+                          ? "\r\n"
+                          : std::string(1, out.text[p]);
+  return out;
+}
+
+std::string ReadText(const fs::path& path) {
+  FileText f = ReadFile(path);
+  return f.ok() ? std::move(f.text) : std::string();
+}
+
+std::vector<std::string> SplitLines(std::string_view text) {
+  std::vector<std::string> lines;
+  std::size_t start = 0, i = 0;
+  while (i < text.size()) {
+    char c = text[i];
+    if (c == '\r' || c == '\n') {
+      lines.emplace_back(text.substr(start, i - start));
+      if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n') ++i;
+      start = ++i;
+    } else {
+      ++i;
+    }
+  }
+  if (start < text.size()) lines.emplace_back(text.substr(start));
+  return lines;
+}
+
+std::string JoinLines(const std::vector<std::string>& values, std::string_view separator) {
+  std::string out;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (i) out.append(separator);
+    out.append(values[i]);
+  }
+  return out;
+}
+
+bool WriteBytesAtomic(const fs::path& path, std::string_view bytes, std::string* error) {
+  static std::atomic<unsigned> counter{0};
+  fs::path dir = path.parent_path();
+  if (dir.empty()) dir = ".";
+  fs::path tmp = dir / ("." + path.filename().string() + ".tmp" + std::to_string(::getpid()) + "_" +
+                        std::to_string(counter++));
+  auto fail = [&](const std::string& why) {
+    std::error_code ignored;
+    fs::remove(tmp, ignored);
+    if (error) *error = "No se pudo guardar el archivo " + path.string() + ": " + why;
+    return false;
+  };
+  {
+    std::ofstream out(tmp, std::ios::binary | std::ios::trunc);
+    if (!out) return fail("no se puede crear el archivo temporal");
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out.flush();
+    if (!out) return fail("error de escritura");
+  }
+  std::error_code ec;
+  // Keep the permissions of the file being replaced.
+  if (fs::exists(path, ec)) {
+    auto perms = fs::status(path, ec).permissions();
+    if (!ec) fs::permissions(tmp, perms, ec);
+  }
+  fs::rename(tmp, path, ec);
+  if (ec) return fail(ec.message());
+  return true;
+}
+
+long long CountFileLines(const fs::path& path) {
+  std::FILE* f = std::fopen(path.c_str(), "rb");
+  if (!f) return 0;
+  long long lines = 0;
+  bool pending = false;  // characters since the last line break
+  bool after_cr = false;
+  char buf[65536];
+  std::size_t n;
+  while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) {
+    for (std::size_t i = 0; i < n; ++i) {
+      char c = buf[i];
+      if (c == '\n') {
+        if (!after_cr) ++lines;
+        after_cr = false;
+        pending = false;
+      } else if (c == '\r') {
+        ++lines;
+        after_cr = true;
+        pending = false;
+      } else {
+        after_cr = false;
+        pending = true;
+      }
+    }
+  }
+  std::fclose(f);
+  return lines + (pending ? 1 : 0);
+}
+
+}  // namespace settings

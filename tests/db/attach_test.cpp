@@ -1,0 +1,154 @@
+// Tests of reading other databases by path: the attachment table's choice of
+// what to give up, and the connection's attach() as the translator calls it.
+#include <gtest/gtest.h>
+
+#include "db/attachments.h"
+#include "db/error.h"
+#include "db/source_reader.h"
+#include "db/sqlite_connection.h"
+#include "temp_folder.h"
+
+namespace {
+
+using testing_db::TempFolder;
+
+TEST(AttachmentTable, GivesUpTheLeastRecentlyUsedNotNeededByTheStatement) {
+  db::AttachmentTable table;
+  EXPECT_FALSE(table.least_recently_used(1));
+  std::string a = table.next_schema_name();
+  std::string b = table.next_schema_name();
+  EXPECT_EQ(a, "src1");
+  EXPECT_EQ(b, "src2");
+  table.add("/x/a.db", a, 1);
+  table.add("/x/b.db", b, 2);
+  table.add("/x/c.db", table.next_schema_name(), 3);
+  EXPECT_EQ(table.least_recently_used(4), "/x/a.db");
+  EXPECT_EQ(table.use("/x/a.db", 4), "src1");
+  EXPECT_EQ(table.least_recently_used(5), "/x/b.db");
+  // Statement 4 uses a.db: b.db is still the one to give up for it.
+  EXPECT_EQ(table.least_recently_used(4), "/x/b.db");
+  table.use("/x/b.db", 6);
+  table.use("/x/c.db", 6);
+  table.use("/x/a.db", 6);
+  EXPECT_FALSE(table.least_recently_used(6)) << "all in use by statement 6";
+  table.remove("/x/b.db");
+  EXPECT_EQ(table.size(), 2u);
+  EXPECT_EQ(table.schema_of("/x/b.db"), "");
+  EXPECT_FALSE(table.use("/x/b.db", 7));
+  EXPECT_EQ(table.next_schema_name(), "src4") << "names are never given twice";
+}
+
+// Reads an invented "source" file format: a text file whose first line is
+// "FUENTE"; its image is a SQLite file made beside it.
+class FakeReader : public db::SourceReader {
+ public:
+  explicit FakeReader(std::string image) : image_(std::move(image)) {}
+  bool can_read(const std::string& path) const override {
+    return path.size() > 7 && path.substr(path.size() - 7) == ".fuente";
+  }
+  std::string sqlite_image(const std::string&) override {
+    ++calls;
+    return image_;
+  }
+  int calls = 0;
+
+ private:
+  std::string image_;
+};
+
+TEST(SqliteConnection, AttachesPathsOnceAndReusesThem) {
+  TempFolder folder;
+  std::string main = folder.database("main.db", "CREATE TABLE M (id INTEGER);");
+  std::string other = folder.database("other.db", "CREATE TABLE T (id INTEGER, Nombre TEXT);");
+  db::SqliteConnection conn;
+  ASSERT_TRUE(conn.open(main));
+
+  std::string schema = conn.attach(other);
+  EXPECT_EQ(schema, "src1");
+  EXPECT_EQ(conn.attach(folder.path().string() + "/./other.db"), "src1");
+  EXPECT_EQ(conn.attach(folder.path().string() + "/sub/../other.db"), "src1");
+  EXPECT_EQ(conn.attachment_count(), 1u);
+  EXPECT_EQ(conn.attach(main), "main") << "its own file is read directly";
+  EXPECT_EQ(conn.table_columns("src1", "T"), (std::vector<std::string>{"id", "Nombre"}));
+  EXPECT_TRUE(conn.table_columns("src1", "M").empty());
+  EXPECT_EQ(conn.select_columns("SELECT Nombre AS N, id FROM src1.T"),
+            (std::vector<std::string>{"N", "id"}));
+  EXPECT_THROW(conn.select_columns("SELECT x FROM src1.NoHay"), db::Error);
+
+  try {
+    conn.attach(folder.file("falta.db"));
+    FAIL();
+  } catch (const db::Error& e) {
+    EXPECT_NE(e.message().find("el archivo no existe"), std::string::npos) << e.message();
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder.file("falta.db")));
+  std::string text = folder.write("datos.txt", "hola");
+  try {
+    conn.attach(text);
+    FAIL();
+  } catch (const db::Error& e) {
+    EXPECT_EQ(e.message(), "No se puede leer la base " + text + ": no es una base SQLite");
+  }
+}
+
+TEST(SqliteConnection, NonSqliteSourcesGoThroughARegisteredReader) {
+  TempFolder folder;
+  db::SqliteConnection conn;
+  ASSERT_TRUE(conn.open(folder.database("main.db")));
+  std::string image = folder.database("imagen.db", "CREATE TABLE Fuente (x INTEGER);");
+  std::string source = folder.write("datos.fuente", "FUENTE\n");
+  EXPECT_THROW(conn.attach(source), db::Error) << "no reader registered";
+  auto reader = std::make_shared<FakeReader>(image);
+  db::register_source_reader(reader);
+  std::string schema;
+  EXPECT_NO_THROW(schema = conn.attach(source));
+  EXPECT_EQ(conn.table_columns(schema, "Fuente"), std::vector<std::string>{"x"});
+  EXPECT_EQ(conn.attach(source), schema);
+  EXPECT_EQ(reader->calls, 1) << "the image is made once per attachment";
+  db::clear_source_readers();
+}
+
+TEST(SqliteConnection, MoreFilesThanTheAttachLimitRecycleAttachments) {
+  TempFolder folder;
+  db::SqliteConnection conn;
+  ASSERT_TRUE(conn.open(folder.database("main.db")));
+  int limit = sqlite3_limit(conn.handle(), SQLITE_LIMIT_ATTACHED, -1);
+  std::vector<std::string> files;
+  for (int i = 0; i <= limit; ++i) {
+    files.push_back(folder.database("o" + std::to_string(i) + ".db",
+                                    "CREATE TABLE T (id INTEGER); INSERT INTO T VALUES (" +
+                                        std::to_string(i) + ");"));
+  }
+  // One statement each: the oldest attachment makes room for the next.
+  for (const auto& file : files) {
+    EXPECT_EQ(conn.open_recordset("Select id From T in '" + file + "'").row_count(), 1u);
+  }
+  EXPECT_EQ(static_cast<int>(conn.attachment_count()), limit);
+  db::Recordset rs = conn.open_recordset("Select id From T in '" + files.front() + "'");
+  ASSERT_EQ(rs.row_count(), 1u);
+  EXPECT_EQ(db::as_int(rs.field(0)), 0);
+}
+
+TEST(SqliteConnection, AttachingInsideATransaction) {
+  TempFolder folder;
+  db::SqliteConnection conn;
+  ASSERT_TRUE(conn.open(folder.database("main.db", "CREATE TABLE D (id INTEGER);")));
+  std::string a = folder.database("a.db", "CREATE TABLE T (id INTEGER); INSERT INTO T VALUES (1);");
+  std::string b = folder.database("b.db", "CREATE TABLE T (id INTEGER); INSERT INTO T VALUES (2);");
+  // The first statement of a transaction may name a new file: it is attached
+  // before the transaction really begins.
+  conn.begin_transaction();
+  EXPECT_EQ(conn.execute("Insert Into D Select id From T in '" + a + "'"), 1);
+  EXPECT_EQ(conn.execute("Insert Into D Select id From T in '" + a + "'"), 1);
+  try {
+    conn.execute("Insert Into D Select id From T in '" + b + "'");
+    FAIL() << "a new file inside a running transaction";
+  } catch (const db::Error& e) {
+    EXPECT_NE(e.message().find("dentro de una transacción"), std::string::npos) << e.message();
+  }
+  conn.rollback_transaction();
+  EXPECT_EQ(conn.open_recordset("Select id From D").row_count(), 0u);
+  EXPECT_EQ(conn.execute("Insert Into D Select id From T in '" + b + "'"), 1);
+}
+
+}  // namespace

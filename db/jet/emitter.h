@@ -1,0 +1,89 @@
+// db/jet/emitter.h — writes the SQLite text of a parsed Jet statement.
+//
+// Two things make this more than printing the tree back:
+// - Jet is loosely typed where SQLite is not: comparisons and logic yield
+//   -1/0 in Jet, so every expression is emitted either in boolean context
+//   (WHERE, ON, HAVING, IIf conditions, operands of And/Or/Not) or in value
+//   context (everything else), see Bool() and Value().
+// - Some Jet statement forms have no SQLite twin (Update with joins, Delete
+//   through a join, Insert ... Select matched by column names, `in 'path'`);
+//   they are rewritten using what the TranslationContext says about the
+//   databases.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "db/jet/ast.h"
+#include "db/jet/translator.h"
+
+namespace db::jet {
+
+class Emitter {
+ public:
+  // `source` is the Jet text (for error positions); both must outlive the emitter.
+  Emitter(std::string_view source, TranslationContext& context);
+
+  // The SQLite statement for `statement`. Throws TranslateError for what
+  // cannot be translated; lets db::Error from the context pass through.
+  Translation Emit(const Statement& statement);
+
+ private:
+  // The names visible in one Select (its FROM items), linked to the enclosing one.
+  struct ScopeEntry {
+    std::string name;              // alias, or the table's name
+    const Select* derived = nullptr;  // the subquery of a derived table
+  };
+  struct Scope {
+    std::vector<ScopeEntry> entries;
+    Scope* parent = nullptr;
+  };
+  // Makes `scope` the current one for the lifetime of the guard.
+  class ScopeGuard {
+   public:
+    ScopeGuard(Emitter& emitter, Scope& scope) : emitter_(emitter), saved_(emitter.scope_) {
+      scope.parent = saved_;
+      emitter_.scope_ = &scope;
+    }
+    ~ScopeGuard() { emitter_.scope_ = saved_; }
+    ScopeGuard(const ScopeGuard&) = delete;
+    ScopeGuard& operator=(const ScopeGuard&) = delete;
+
+   private:
+    Emitter& emitter_;
+    Scope* saved_;
+  };
+
+  // Statements (emitter_statement.cpp).
+  std::string EmitInsert(const InsertStatement& insert);
+  std::string EmitInsertColumns(const InsertStatement& insert, const std::string& select_text);
+  std::string EmitUpdate(const UpdateStatement& update);
+  std::string EmitDelete(const DeleteStatement& del);
+
+  // Selects and FROM items (emitter_select.cpp).
+  std::string EmitSelect(const Select& select);
+  std::string EmitFromItem(const FromItem& item, bool right_operand);
+  std::string EmitTableRef(const TableRef& table);
+  std::string SchemaOf(const TableRef& table);
+  std::string EmitQualifier(const Name& qualifier) const;
+  static void AddScopeEntries(const FromItem& item, Scope& scope);
+  static bool DefinesName(const Select& select, std::string_view name);
+  static bool DefinesName(const FromItem& item, std::string_view name);
+
+  // Expressions (emitter_expr.cpp).
+  std::string Value(const Expr& e);
+  std::string Bool(const Expr& e);
+  std::string Comparison(const Expr& e);
+  std::string Call(const Expr& e, bool boolean);
+  std::string Clause(const Expr& e) { return Bool(e); }
+  bool IsBoolean(const Expr& e) const;
+
+  std::string_view source_;
+  TranslationContext& context_;
+  Scope* scope_ = nullptr;
+  std::map<std::string, std::string> schemas_;  // attach() results by path
+};
+
+}  // namespace db::jet

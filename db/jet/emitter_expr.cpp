@@ -1,0 +1,225 @@
+// db/jet/emitter_expr.cpp — expressions in value and boolean context.
+//
+// Value context yields what Jet yields: a comparison is -1, 0 or Null, so it
+// is written -(a = b). Boolean context yields an SQLite truth value: native
+// comparisons and AND/OR/NOT, and any other value v as (v <> 0). Jet's & and
+// its bitwise logic on numbers go through the jet_* functions.
+#include <string>
+
+#include "db/jet/emitter.h"
+#include "db/jet/emitter_functions.h"
+#include "db/jet/emitter_text.h"
+
+namespace db::jet {
+namespace {
+
+bool IsComparison(Op op) {
+  return op == Op::kEq || op == Op::kNe || op == Op::kLt || op == Op::kGt || op == Op::kLe ||
+         op == Op::kGe;
+}
+
+const char* ComparisonText(Op op) {
+  switch (op) {
+    case Op::kEq: return "=";
+    case Op::kNe: return "<>";
+    case Op::kLt: return "<";
+    case Op::kGt: return ">";
+    case Op::kLe: return "<=";
+    default: return ">=";
+  }
+}
+
+const char* LogicFunction(Op op) {
+  switch (op) {
+    case Op::kAnd: return "jet_and";
+    case Op::kOr: return "jet_or";
+    case Op::kXor: return "jet_xor";
+    case Op::kEqv: return "jet_eqv";
+    default: return "jet_imp";
+  }
+}
+
+std::string Call2(const char* function, const std::string& a, const std::string& b) {
+  return std::string(function) + "(" + a + ", " + b + ")";
+}
+
+}  // namespace
+
+bool Emitter::IsBoolean(const Expr& e) const {
+  switch (e.kind) {
+    case ExprKind::kIsNull:
+    case ExprKind::kInList:
+    case ExprKind::kInSelect:
+    case ExprKind::kBetween:
+    case ExprKind::kExists:
+      return true;
+    case ExprKind::kBinary:
+      if (IsComparison(e.op) || e.op == Op::kLike) return true;
+      if (e.op == Op::kAnd || e.op == Op::kOr) return IsBoolean(*e.args[0]) && IsBoolean(*e.args[1]);
+      return false;
+    case ExprKind::kUnary:
+      return e.op == Op::kNot && IsBoolean(*e.args[0]);
+    case ExprKind::kCall:
+      return SameName(e.text, "IsNull");
+    default:
+      return false;
+  }
+}
+
+std::string Emitter::Value(const Expr& e) {
+  switch (e.kind) {
+    case ExprKind::kNumber: return e.text;
+    case ExprKind::kString: return SqliteString(e.text);
+    case ExprKind::kDate: return SqliteString(e.text);
+    case ExprKind::kBool: return e.boolean_value ? "-1" : "0";
+    case ExprKind::kNull: return "NULL";
+    case ExprKind::kColumn:
+      if (e.qualifier) return EmitQualifier(*e.qualifier) + "." + SqliteIdentifier(e.name.text);
+      return SqliteIdentifier(e.name.text);
+    case ExprKind::kStar:
+      FailUnsupported(source_, e.pos, "'*' dentro de una expresión");
+    case ExprKind::kSubquery:
+      return "(" + EmitSelect(*e.select) + ")";
+    case ExprKind::kCall:
+      return Call(e, false);
+    case ExprKind::kUnary:
+      if (e.op == Op::kNeg) {
+        const Expr& operand = *e.args[0];
+        if (operand.kind == ExprKind::kNumber) return "-" + operand.text;
+        return "(- " + Value(operand) + ")";
+      }
+      if (IsBoolean(e)) return "-" + Bool(e);
+      return "jet_not(" + Value(*e.args[0]) + ")";
+    case ExprKind::kBinary:
+      break;
+    default:  // Is Null, In, Between, Exists
+      return "-" + Bool(e);
+  }
+  const Expr& a = *e.args[0];
+  const Expr& b = *e.args[1];
+  switch (e.op) {
+    case Op::kAdd: return "(" + Value(a) + " + " + Value(b) + ")";
+    case Op::kSub: return "(" + Value(a) + " - " + Value(b) + ")";
+    case Op::kMul: return "(" + Value(a) + " * " + Value(b) + ")";
+    case Op::kDiv: return "(CAST(" + Value(a) + " AS REAL) / " + Value(b) + ")";
+    case Op::kIntDiv: return Call2("jet_intdiv", Value(a), Value(b));
+    case Op::kMod: return Call2("jet_mod", Value(a), Value(b));
+    case Op::kPow: return Call2("jet_pow", Value(a), Value(b));
+    case Op::kConcat: return Call2("jet_concat", Value(a), Value(b));
+    case Op::kLike:
+      if (!e.negated) return Call2("jet_like", Value(a), Value(b));
+      return "-" + Bool(e);
+    case Op::kAnd:
+    case Op::kOr:
+      if (IsBoolean(e)) return "-" + Bool(e);
+      return Call2(LogicFunction(e.op), Value(a), Value(b));
+    case Op::kXor:
+    case Op::kEqv:
+    case Op::kImp:
+      return Call2(LogicFunction(e.op), Value(a), Value(b));
+    default:  // comparisons
+      return "-" + Bool(e);
+  }
+}
+
+std::string Emitter::Comparison(const Expr& e) {
+  const Expr& a = *e.args[0];
+  const Expr& b = *e.args[1];
+  // x = True is "x is true" (any nonzero), not x = -1: Yes/No columns written
+  // by other programs may hold 1.
+  if ((e.op == Op::kEq || e.op == Op::kNe) &&
+      (a.kind == ExprKind::kBool || b.kind == ExprKind::kBool)) {
+    const Expr& literal = a.kind == ExprKind::kBool ? a : b;
+    const Expr& other = a.kind == ExprKind::kBool ? b : a;
+    bool is_true = literal.boolean_value == (e.op == Op::kEq);
+    return "(" + Value(other) + (is_true ? " <> 0)" : " = 0)");
+  }
+  return "(" + Value(a) + " " + ComparisonText(e.op) + " " + Value(b) + ")";
+}
+
+std::string Emitter::Bool(const Expr& e) {
+  switch (e.kind) {
+    case ExprKind::kBool: return e.boolean_value ? "1" : "0";
+    case ExprKind::kNull: return "NULL";
+    case ExprKind::kIsNull:
+      return "(" + Value(*e.args[0]) + (e.negated ? " IS NOT NULL)" : " IS NULL)");
+    case ExprKind::kInList: {
+      std::string list;
+      for (std::size_t i = 1; i < e.args.size(); ++i) {
+        if (i > 1) list += ", ";
+        list += Value(*e.args[i]);
+      }
+      return "(" + Value(*e.args[0]) + (e.negated ? " NOT IN (" : " IN (") + list + "))";
+    }
+    case ExprKind::kInSelect:
+      return "(" + Value(*e.args[0]) + (e.negated ? " NOT IN (" : " IN (") +
+             EmitSelect(*e.select) + "))";
+    case ExprKind::kBetween:
+      return "(" + Value(*e.args[0]) + (e.negated ? " NOT BETWEEN " : " BETWEEN ") +
+             Value(*e.args[1]) + " AND " + Value(*e.args[2]) + ")";
+    case ExprKind::kExists:
+      return "(EXISTS (" + EmitSelect(*e.select) + "))";
+    case ExprKind::kCall:
+      if (SameName(e.text, "IsNull")) return Call(e, true);
+      break;
+    case ExprKind::kUnary:
+      if (e.op == Op::kNot) return "(NOT " + Bool(*e.args[0]) + ")";
+      break;
+    case ExprKind::kBinary:
+      if (IsComparison(e.op)) return Comparison(e);
+      if (e.op == Op::kLike) {
+        std::string like = "(" + Call2("jet_like", Value(*e.args[0]), Value(*e.args[1])) + " <> 0)";
+        return e.negated ? "(NOT " + like + ")" : like;
+      }
+      if (e.op == Op::kAnd) return "(" + Bool(*e.args[0]) + " AND " + Bool(*e.args[1]) + ")";
+      if (e.op == Op::kOr) return "(" + Bool(*e.args[0]) + " OR " + Bool(*e.args[1]) + ")";
+      break;
+    default:
+      break;
+  }
+  return "(" + Value(e) + " <> 0)";
+}
+
+std::string Emitter::Call(const Expr& e, bool boolean) {
+  const FunctionInfo* info = FindFunction(e.text);
+  if (info == nullptr) FailAt(source_, e.pos, "Función desconocida '" + e.text + "'");
+  if (info->kind == FunctionKind::kUnsupported) {
+    FailUnsupported(source_, e.pos, "la función " + std::string(info->jet_name));
+  }
+  int count = static_cast<int>(e.args.size());
+  if (count < info->min_args || count > info->max_args) {
+    std::string expected = std::to_string(info->min_args);
+    if (info->max_args != info->min_args) expected += " a " + std::to_string(info->max_args);
+    FailAt(source_, e.pos,
+           "La función " + std::string(info->jet_name) + " espera " + expected +
+               (info->max_args == 1 ? " argumento" : " argumentos") + " y recibió " +
+               std::to_string(count));
+  }
+  bool star = count == 1 && e.args[0]->kind == ExprKind::kStar;
+  if (star && !(SameName(info->jet_name, "Count") && !e.args[0]->qualifier)) {
+    FailUnsupported(source_, e.args[0]->pos, "'*' como argumento de " + std::string(info->jet_name));
+  }
+
+  if (info->kind == FunctionKind::kInline) {
+    if (SameName(info->jet_name, "IsNull")) {
+      std::string test = "(" + Value(*e.args[0]) + " IS NULL)";
+      return boolean ? test : "-" + test;
+    }
+    // IIf: a Null condition takes the else branch, as CASE does.
+    return "CASE WHEN " + StripOuterParens(Bool(*e.args[0])) + " THEN " +
+           StripOuterParens(Value(*e.args[1])) + " ELSE " + StripOuterParens(Value(*e.args[2])) +
+           " END";
+  }
+  std::string text = std::string(info->sqlite_name) + "(";
+  if (star) {
+    text += "*";
+  } else {
+    for (std::size_t i = 0; i < e.args.size(); ++i) {
+      if (i > 0) text += ", ";
+      text += StripOuterParens(Value(*e.args[i]));
+    }
+  }
+  return text + ")";
+}
+
+}  // namespace db::jet

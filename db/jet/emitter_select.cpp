@@ -1,0 +1,186 @@
+// db/jet/emitter_select.cpp — Select, FROM items, names and the statement dispatch.
+#include <utility>
+
+#include "db/jet/emitter.h"
+#include "db/jet/emitter_text.h"
+
+namespace db::jet {
+
+Emitter::Emitter(std::string_view source, TranslationContext& context)
+    : source_(source), context_(context) {}
+
+Translation Emitter::Emit(const Statement& statement) {
+  Translation translation;
+  if (const auto* select = std::get_if<SelectStatement>(&statement)) {
+    const Select& s = *select->select;
+    std::string text = EmitSelect(s);
+    if (s.into) {
+      text = "CREATE TABLE " + EmitTableRef(*s.into) + " AS " + text;
+      translation.changes_schema = true;
+    } else {
+      translation.kind = StatementKind::kQuery;
+    }
+    translation.statements.push_back(std::move(text));
+  } else if (const auto* insert = std::get_if<InsertStatement>(&statement)) {
+    translation.statements.push_back(EmitInsert(*insert));
+  } else if (const auto* update = std::get_if<UpdateStatement>(&statement)) {
+    translation.statements.push_back(EmitUpdate(*update));
+  } else if (const auto* del = std::get_if<DeleteStatement>(&statement)) {
+    translation.statements.push_back(EmitDelete(*del));
+  } else {
+    const auto& drop = std::get<DropTableStatement>(statement);
+    translation.statements.push_back("DROP TABLE " + EmitTableRef(drop.table));
+    translation.changes_schema = true;
+  }
+  return translation;
+}
+
+std::string Emitter::EmitSelect(const Select& select) {
+  Scope scope;
+  for (const FromItemPtr& item : select.from) AddScopeEntries(*item, scope);
+  ScopeGuard guard(*this, scope);
+
+  std::string from;
+  for (std::size_t i = 0; i < select.from.size(); ++i) {
+    if (i > 0) from += ", ";
+    from += EmitFromItem(*select.from[i], false);
+  }
+
+  std::string items;
+  int unnamed = 0;
+  for (std::size_t i = 0; i < select.items.size(); ++i) {
+    const SelectItem& item = select.items[i];
+    if (i > 0) items += ", ";
+    if (item.expr->kind == ExprKind::kStar) {
+      items += item.expr->qualifier ? EmitQualifier(*item.expr->qualifier) + ".*" : "*";
+      continue;
+    }
+    items += StripOuterParens(Value(*item.expr));
+    if (item.alias) {
+      items += " AS " + SqliteIdentifier(item.alias->text);
+    } else if (item.expr->kind != ExprKind::kColumn) {
+      // Jet names an unnamed expression Expr1000, Expr1001, ...
+      items += " AS Expr" + std::to_string(1000 + unnamed++);
+    }
+  }
+
+  std::string text = "SELECT ";
+  if (select.distinct) text += "DISTINCT ";
+  text += items;
+  if (!from.empty()) text += " FROM " + from;
+  if (select.where) text += " WHERE " + StripOuterParens(Bool(*select.where));
+  if (!select.group_by.empty()) {
+    text += " GROUP BY ";
+    for (std::size_t i = 0; i < select.group_by.size(); ++i) {
+      if (i > 0) text += ", ";
+      text += StripOuterParens(Value(*select.group_by[i]));
+    }
+  }
+  if (select.having) text += " HAVING " + StripOuterParens(Bool(*select.having));
+  if (!select.order_by.empty()) {
+    text += " ORDER BY ";
+    for (std::size_t i = 0; i < select.order_by.size(); ++i) {
+      if (i > 0) text += ", ";
+      text += StripOuterParens(Value(*select.order_by[i].expr));
+      if (select.order_by[i].descending) text += " DESC";
+    }
+  }
+  if (select.top) text += " LIMIT " + *select.top;
+  return text;
+}
+
+std::string Emitter::EmitFromItem(const FromItem& item, bool right_operand) {
+  switch (item.kind) {
+    case FromItem::Kind::kTable: {
+      std::string text = EmitTableRef(item.table);
+      if (item.alias) text += " AS " + SqliteIdentifier(item.alias->text);
+      return text;
+    }
+    case FromItem::Kind::kSubquery: {
+      std::string text = "(" + EmitSelect(*item.subquery) + ")";
+      if (item.alias) text += " AS " + SqliteIdentifier(item.alias->text);
+      return text;
+    }
+    case FromItem::Kind::kJoin:
+      break;
+  }
+  const char* join = item.join == JoinType::kInner  ? " INNER JOIN "
+                     : item.join == JoinType::kLeft ? " LEFT JOIN "
+                                                    : " RIGHT JOIN ";
+  // Joins associate to the left, so a parenthesised join on the left needs no
+  // parentheses; one on the right keeps them.
+  std::string text = EmitFromItem(*item.left, false) + join + EmitFromItem(*item.right, true) +
+                     " ON " + StripOuterParens(Bool(*item.on));
+  return right_operand ? "(" + text + ")" : text;
+}
+
+std::string Emitter::SchemaOf(const TableRef& table) {
+  if (!table.database) return "main";
+  auto found = schemas_.find(*table.database);
+  if (found != schemas_.end()) return found->second;
+  std::string schema = context_.attach(*table.database);
+  schemas_.emplace(*table.database, schema);
+  return schema;
+}
+
+std::string Emitter::EmitTableRef(const TableRef& table) {
+  std::string name = SqliteIdentifier(table.name.text);
+  if (!table.database) return name;
+  return SqliteIdentifier(SchemaOf(table)) + "." + name;
+}
+
+void Emitter::AddScopeEntries(const FromItem& item, Scope& scope) {
+  switch (item.kind) {
+    case FromItem::Kind::kTable:
+      scope.entries.push_back({item.alias ? item.alias->text : item.table.name.text, nullptr});
+      break;
+    case FromItem::Kind::kSubquery:
+      scope.entries.push_back({item.alias ? item.alias->text : std::string(), item.subquery.get()});
+      break;
+    case FromItem::Kind::kJoin:
+      AddScopeEntries(*item.left, scope);
+      AddScopeEntries(*item.right, scope);
+      break;
+  }
+}
+
+bool Emitter::DefinesName(const FromItem& item, std::string_view name) {
+  switch (item.kind) {
+    case FromItem::Kind::kTable:
+      return SameName(item.alias ? item.alias->text : item.table.name.text, name);
+    case FromItem::Kind::kSubquery:
+      return (item.alias && SameName(item.alias->text, name)) || DefinesName(*item.subquery, name);
+    case FromItem::Kind::kJoin:
+      return DefinesName(*item.left, name) || DefinesName(*item.right, name);
+  }
+  return false;
+}
+
+bool Emitter::DefinesName(const Select& select, std::string_view name) {
+  for (const FromItemPtr& item : select.from) {
+    if (DefinesName(*item, name)) return true;
+  }
+  return false;
+}
+
+// Jet lets a query name a table that sits inside one of its derived tables
+// ("Select RR.CodKEL From (Select * From RelacConc as RR ...) as KEL"); SQLite
+// only sees the derived table's own name, so such a qualifier becomes KEL.
+std::string Emitter::EmitQualifier(const Name& qualifier) const {
+  for (const Scope* s = scope_; s != nullptr; s = s->parent) {
+    for (const ScopeEntry& entry : s->entries) {
+      if (SameName(entry.name, qualifier.text)) return SqliteIdentifier(qualifier.text);
+    }
+  }
+  for (const Scope* s = scope_; s != nullptr; s = s->parent) {
+    for (const ScopeEntry& entry : s->entries) {
+      if (entry.derived != nullptr && !entry.name.empty() &&
+          DefinesName(*entry.derived, qualifier.text)) {
+        return SqliteIdentifier(entry.name);
+      }
+    }
+  }
+  return SqliteIdentifier(qualifier.text);
+}
+
+}  // namespace db::jet

@@ -1,0 +1,195 @@
+// db/jet/lexer.cpp — Jet tokens and date literals.
+#include "db/jet/lexer.h"
+
+#include <cctype>
+#include <cstdio>
+
+#include "db/jet/ast.h"
+
+namespace db::jet {
+namespace {
+
+bool IsNameStart(unsigned char c) { return std::isalpha(c) || c == '_' || c >= 0x80; }
+bool IsNameChar(unsigned char c) { return std::isalnum(c) || c == '_' || c >= 0x80; }
+
+// Reads an unsigned decimal number of 1..max_digits digits at `i`.
+bool ReadInt(std::string_view s, std::size_t& i, int max_digits, int& out) {
+  std::size_t start = i;
+  out = 0;
+  while (i < s.size() && std::isdigit(static_cast<unsigned char>(s[i])) &&
+         static_cast<int>(i - start) < max_digits) {
+    out = out * 10 + (s[i] - '0');
+    ++i;
+  }
+  return i > start;
+}
+
+bool ValidDate(int y, int m, int d) {
+  static const int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  if (y < 100 || y > 9999 || m < 1 || m > 12 || d < 1) return false;
+  bool leap = (y % 4 == 0 && y % 100 != 0) || y % 400 == 0;
+  int max = kDays[m - 1] + (m == 2 && leap ? 1 : 0);
+  return d <= max;
+}
+
+void SkipBlanks(std::string_view s, std::size_t& i) {
+  while (i < s.size() && (s[i] == ' ' || s[i] == '\t')) ++i;
+}
+
+}  // namespace
+
+std::string JetDateToIso(std::string_view text) {
+  std::size_t i = 0;
+  SkipBlanks(text, i);
+  int a = 0, b = 0, c = 0, y = 0, m = 0, d = 0;
+  if (!ReadInt(text, i, 4, a) || i >= text.size()) return {};
+  char sep = text[i];
+  if (sep == '-' && i == 4) {  // yyyy-MM-dd
+    ++i;
+    if (!ReadInt(text, i, 2, b) || i >= text.size() || text[i] != '-') return {};
+    ++i;
+    if (!ReadInt(text, i, 2, c)) return {};
+    y = a, m = b, d = c;
+  } else if (sep == '/') {  // MM/dd/yyyy
+    ++i;
+    if (!ReadInt(text, i, 2, b) || i >= text.size() || text[i] != '/') return {};
+    ++i;
+    std::size_t year_start = i;
+    if (!ReadInt(text, i, 4, c) || i - year_start != 4) return {};
+    m = a, d = b, y = c;
+  } else {
+    return {};
+  }
+  if (!ValidDate(y, m, d)) return {};
+  char buffer[32];
+  std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d", y, m, d);
+  std::string iso = buffer;
+  SkipBlanks(text, i);
+  if (i == text.size()) return iso;
+
+  int hh = 0, nn = 0, ss = 0;
+  if (!ReadInt(text, i, 2, hh) || i >= text.size() || text[i] != ':') return {};
+  ++i;
+  if (!ReadInt(text, i, 2, nn)) return {};
+  if (i < text.size() && text[i] == ':') {
+    ++i;
+    if (!ReadInt(text, i, 2, ss)) return {};
+  }
+  SkipBlanks(text, i);
+  std::string_view rest = text.substr(i);
+  if (!rest.empty()) {
+    bool pm = SameName(rest, "PM");
+    if (!pm && !SameName(rest, "AM")) return {};
+    if (hh < 1 || hh > 12) return {};
+    if (hh == 12) hh = 0;
+    if (pm) hh += 12;
+  }
+  if (hh > 23 || nn > 59 || ss > 59) return {};
+  std::snprintf(buffer, sizeof buffer, " %02d:%02d:%02d", hh, nn, ss);
+  return iso + buffer;
+}
+
+std::vector<Token> Tokenize(std::string_view s) {
+  std::vector<Token> tokens;
+  std::size_t i = 0;
+  while (true) {
+    while (i < s.size() && std::isspace(static_cast<unsigned char>(s[i]))) ++i;
+    Token tok;
+    tok.pos = i;
+    if (i >= s.size()) {
+      tok.kind = TokenKind::kEnd;
+      tokens.push_back(std::move(tok));
+      return tokens;
+    }
+    unsigned char ch = static_cast<unsigned char>(s[i]);
+    if (IsNameStart(ch)) {
+      std::size_t start = i;
+      while (i < s.size() && IsNameChar(static_cast<unsigned char>(s[i]))) ++i;
+      tok.kind = TokenKind::kName;
+      tok.text = std::string(s.substr(start, i - start));
+    } else if (ch == '[') {
+      std::size_t close = s.find(']', i + 1);
+      if (close == std::string_view::npos) FailSyntax(s, i, "']' al final del nombre", "");
+      if (close == i + 1) FailAt(s, i, "Nombre vacío entre corchetes");
+      tok.kind = TokenKind::kName;
+      tok.bracketed = true;
+      tok.text = std::string(s.substr(i + 1, close - i - 1));
+      i = close + 1;
+    } else if (std::isdigit(ch) || (ch == '.' && i + 1 < s.size() &&
+                                    std::isdigit(static_cast<unsigned char>(s[i + 1])))) {
+      std::size_t start = i;
+      while (i < s.size() && std::isdigit(static_cast<unsigned char>(s[i]))) ++i;
+      if (i < s.size() && s[i] == '.') {
+        ++i;
+        while (i < s.size() && std::isdigit(static_cast<unsigned char>(s[i]))) ++i;
+      }
+      if (i < s.size() && (s[i] == 'e' || s[i] == 'E')) {
+        std::size_t j = i + 1;
+        if (j < s.size() && (s[j] == '+' || s[j] == '-')) ++j;
+        if (j < s.size() && std::isdigit(static_cast<unsigned char>(s[j]))) {
+          i = j;
+          while (i < s.size() && std::isdigit(static_cast<unsigned char>(s[i]))) ++i;
+        }
+      }
+      if (i < s.size() && IsNameStart(static_cast<unsigned char>(s[i]))) {
+        FailSyntax(s, i, "un operador después del número", s.substr(start, i + 1 - start));
+      }
+      tok.kind = TokenKind::kNumber;
+      tok.text = std::string(s.substr(start, i - start));
+      if (tok.text[0] == '.') tok.text = "0" + tok.text;
+    } else if (ch == '\'' || ch == '"') {
+      char quote = static_cast<char>(ch);
+      std::string value;
+      std::size_t j = i + 1;
+      while (true) {
+        if (j >= s.size()) FailSyntax(s, i, "el cierre del texto", "");
+        if (s[j] == quote) {
+          if (j + 1 < s.size() && s[j + 1] == quote) {
+            value += quote;
+            j += 2;
+            continue;
+          }
+          break;
+        }
+        value += s[j++];
+      }
+      tok.kind = TokenKind::kString;
+      tok.text = std::move(value);
+      i = j + 1;
+    } else if (ch == '#') {
+      std::size_t close = s.find('#', i + 1);
+      if (close == std::string_view::npos) FailSyntax(s, i, "'#' al final de la fecha", "");
+      std::string_view inner = s.substr(i + 1, close - i - 1);
+      std::string iso = JetDateToIso(inner);
+      if (iso.empty()) FailAt(s, i, "Fecha no válida: #" + std::string(inner) + "#");
+      tok.kind = TokenKind::kDate;
+      tok.text = std::move(iso);
+      i = close + 1;
+    } else {
+      static const char* const kTwoChar[] = {"<>", "<=", ">=", "!="};
+      tok.kind = TokenKind::kSymbol;
+      std::string_view two = s.substr(i, 2);
+      bool matched = false;
+      for (const char* op : kTwoChar) {
+        if (two == op) {
+          tok.text = op;
+          i += 2;
+          matched = true;
+          break;
+        }
+      }
+      if (!matched) {
+        if (std::string_view("=<>+-*/\\^&(),.;").find(static_cast<char>(ch)) ==
+            std::string_view::npos) {
+          FailAt(s, i, "Carácter no válido '" + std::string(1, static_cast<char>(ch)) + "'");
+        }
+        tok.text = std::string(1, static_cast<char>(ch));
+        ++i;
+      }
+      if (tok.text == "!=") FailAt(s, tok.pos, "Operador no válido '!=' (en Jet se escribe <>)");
+    }
+    tokens.push_back(std::move(tok));
+  }
+}
+
+}  // namespace db::jet

@@ -1,0 +1,152 @@
+// db/jet/parser_select.cpp — Select statements and FROM clauses.
+#include "db/jet/parser.h"
+
+namespace db::jet {
+
+SelectPtr Parser::ParseSelect() {
+  auto select = std::make_unique<Select>();
+  select->pos = Peek().pos;
+  ExpectKeyword("SELECT");
+  if (AtKeyword("DISTINCTROW")) FailUnsupported(source_, Peek().pos, "DISTINCTROW");
+  if (AcceptKeyword("DISTINCT")) select->distinct = true;
+  if (AtKeyword("ALL")) Next();
+  if (AtKeyword("TOP")) {
+    Next();
+    if (Peek().kind != TokenKind::kNumber || Peek().text.find_first_not_of("0123456789") !=
+                                                 std::string::npos) {
+      Expected("un número entero después de TOP");
+    }
+    select->top = Next().text;
+    if (AtKeyword("PERCENT")) FailUnsupported(source_, Peek().pos, "TOP ... PERCENT");
+  }
+
+  do {
+    SelectItem item;
+    if (AtSymbol("*")) {
+      item.expr = std::make_unique<Expr>();
+      item.expr->kind = ExprKind::kStar;
+      item.expr->pos = Next().pos;
+    } else {
+      item.expr = ParseExpr();
+      if (AcceptKeyword("AS")) item.alias = ExpectName("un alias después de AS");
+    }
+    select->items.push_back(std::move(item));
+  } while (AcceptSymbol(","));
+
+  if (AcceptKeyword("INTO")) select->into = ParseTableRef();
+  if (AcceptKeyword("FROM")) {
+    do {
+      select->from.push_back(ParseFromItem());
+    } while (AcceptSymbol(","));
+  }
+  if (AcceptKeyword("WHERE")) select->where = ParseExpr();
+  if (AtKeyword("GROUP")) {
+    Next();
+    ExpectKeyword("BY");
+    select->group_by = ParseExprList();
+  }
+  if (AcceptKeyword("HAVING")) select->having = ParseExpr();
+  if (AtKeyword("ORDER")) {
+    Next();
+    ExpectKeyword("BY");
+    do {
+      OrderItem item;
+      item.expr = ParseExpr();
+      if (AcceptKeyword("DESC")) {
+        item.descending = true;
+      } else {
+        AcceptKeyword("ASC");
+      }
+      select->order_by.push_back(std::move(item));
+    } while (AcceptSymbol(","));
+  }
+  return select;
+}
+
+TableRef Parser::ParseTableRef() {
+  TableRef ref;
+  ref.name = ExpectName("un nombre de tabla");
+  if (AtSymbol(".") && Peek(1).kind == TokenKind::kName) {
+    FailUnsupported(source_, Peek().pos, "un nombre de tabla con prefijo de base de datos");
+  }
+  if (AtKeyword("IN") && Peek(1).kind == TokenKind::kString) {
+    Next();
+    ref.database_pos = Peek().pos;
+    ref.database = Next().text;
+    if (ref.database->empty()) FailUnsupported(source_, ref.database_pos, "IN '' con conexión externa");
+  }
+  return ref;
+}
+
+std::optional<Name> Parser::ParseOptionalAlias() {
+  if (AcceptKeyword("AS")) return ExpectName("un alias después de AS");
+  const Token& t = Peek();
+  if (t.kind == TokenKind::kName && !IsReserved(t)) {
+    Next();
+    return Name{t.text, t.bracketed, t.pos};
+  }
+  return std::nullopt;
+}
+
+FromItemPtr Parser::ParseFromItem() {
+  FromItemPtr left = ParseFromPrimary();
+  while (true) {
+    std::size_t pos = Peek().pos;
+    JoinType type;
+    if (AtKeyword("INNER")) {
+      type = JoinType::kInner;
+    } else if (AtKeyword("LEFT")) {
+      type = JoinType::kLeft;
+    } else if (AtKeyword("RIGHT")) {
+      type = JoinType::kRight;
+    } else if (AtKeyword("JOIN")) {
+      Expected("INNER, LEFT o RIGHT antes de JOIN");
+    } else {
+      return left;
+    }
+    Next();
+    if (type != JoinType::kInner) AcceptKeyword("OUTER");
+    ExpectKeyword("JOIN");
+    auto join = std::make_unique<FromItem>();
+    join->kind = FromItem::Kind::kJoin;
+    join->pos = pos;
+    join->join = type;
+    join->left = std::move(left);
+    join->right = ParseFromPrimary();
+    ExpectKeyword("ON");
+    join->on = ParseExpr();
+    left = std::move(join);
+  }
+}
+
+FromItemPtr Parser::ParseFromPrimary() {
+  auto item = std::make_unique<FromItem>();
+  item->pos = Peek().pos;
+  if (AcceptSymbol("(")) {
+    if (AtKeyword("SELECT")) {
+      item->kind = FromItem::Kind::kSubquery;
+      item->subquery = ParseSelect();
+      if (AtKeyword("UNION")) FailUnsupported(source_, Peek().pos, "UNION");
+      ExpectSymbol(")");
+      item->alias = ParseOptionalAlias();
+      return item;
+    }
+    // A parenthesised join: "(A inner join B on ...) inner join C on ...".
+    FromItemPtr inner = ParseFromItem();
+    ExpectSymbol(")");
+    if (inner->kind != FromItem::Kind::kJoin && !inner->alias) inner->alias = ParseOptionalAlias();
+    return inner;
+  }
+  item->kind = FromItem::Kind::kTable;
+  item->table = ParseTableRef();
+  item->alias = ParseOptionalAlias();
+  // Jet also accepts the IN clause after the alias: "T as A in 'path'".
+  if (!item->table.database && AtKeyword("IN") && Peek(1).kind == TokenKind::kString) {
+    Next();
+    item->table.database_pos = Peek().pos;
+    item->table.database = Next().text;
+  }
+  return item;
+}
+
+}  // namespace db::jet

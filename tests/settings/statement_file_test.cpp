@@ -1,0 +1,174 @@
+// Tests of statement files: statements, replacement pairs and the data-file layout.
+#include <gtest/gtest.h>
+
+#include "settings/statement_file.h"
+#include "temp_dir.h"
+
+using namespace settings;
+
+TEST(StatementFile, SplitsStatementsAtSemicolonLines) {
+  StatementFile f;
+  ASSERT_TRUE(f.load_text(
+      "-- carga de empleados\r\n"
+      "Delete * From Personas;\r\n"
+      "\r\n"
+      "Insert Into Personas (Nombre)\r\n"
+      "  Select Nombre\r\n"
+      "  From [Emp] in '[BDOrigen]'\r\n"
+      ";\r\n"
+      "Update Personas Set x = 'a;b' ;  \r\n"
+      "Select 1"));
+  ASSERT_EQ(f.statement_count(), 4);
+  EXPECT_EQ(f.statement(1), "Delete * From Personas");
+  EXPECT_EQ(f.statement(2), "Insert Into Personas (Nombre)\n  Select Nombre\n  From [Emp] in '[BDOrigen]'");
+  EXPECT_EQ(f.statement(3), "Update Personas Set x = 'a;b' ");
+  EXPECT_EQ(f.statement(4), "Select 1");
+  EXPECT_THROW(f.statement(0), std::out_of_range);
+  EXPECT_THROW(f.statement(5), std::out_of_range);
+  EXPECT_TRUE(f.pairs().empty());
+  EXPECT_FALSE(f.layout());
+}
+
+TEST(StatementFile, NoStatementsIsValid) {
+  StatementFile f;
+  EXPECT_TRUE(f.load_text(""));
+  EXPECT_EQ(f.statement_count(), 0);
+  EXPECT_TRUE(f.load_text("-- nada\r\n;\r\n  ;\r\n@PARES\r\n"));
+  EXPECT_EQ(f.statement_count(), 0);
+}
+
+TEST(StatementFile, ReadsPairsInOrderWithValorAsWritten) {
+  StatementFile f;
+  ASSERT_TRUE(f.load_text(
+      "@PARES\n"
+      " [Empresa] |E001\n"
+      "[Anio]| 2024 \n"
+      "sin barra\n"
+      "[Vacio]|\n"
+      "@SENTENCIAS\n"
+      "Select [Empresa];\n"
+      "@pares\n"
+      "[X]|a|b\n"));
+  ASSERT_EQ(f.pairs().size(), 4u);
+  EXPECT_EQ(f.pairs()[0].Campo, " [Empresa] ");
+  EXPECT_EQ(f.pairs()[0].Valor, "E001");
+  EXPECT_EQ(f.pairs()[1].Valor, " 2024 ");
+  EXPECT_EQ(f.pairs()[2].Valor, "");
+  EXPECT_EQ(f.pairs()[3].Campo, "[X]");
+  EXPECT_EQ(f.pairs()[3].Valor, "a|b");
+  ASSERT_EQ(f.warnings().size(), 1u);
+  EXPECT_NE(f.warnings()[0].find("Línea 4"), std::string::npos);
+  EXPECT_EQ(f.statement_count(), 1);
+}
+
+TEST(StatementFile, LoadsFilesAndKeepsConnectionAndDataFile) {
+  TempDir dir;
+  StatementFile f;
+  EXPECT_FALSE(f.load(dir / "falta.sql"));
+  EXPECT_NE(f.error().find("No existe"), std::string::npos);
+  auto bin = dir.write("bin.sql", std::string("Select\0", 7));
+  EXPECT_FALSE(f.load(bin));
+  EXPECT_FALSE(f.error().empty());
+  auto ansi = dir.write("a.sql", "Insert Into T Values ('Compa\xF1\xED" "a');\r\n");
+  ASSERT_TRUE(f.load(ansi)) << f.error();
+  EXPECT_EQ(f.statement(1), "Insert Into T Values ('Compañía')");
+  f.set_data_file("/datos/emp.txt");
+  EXPECT_EQ(f.data_file(), "/datos/emp.txt");
+  EXPECT_EQ(f.connection(), nullptr);
+}
+
+TEST(StatementFile, ReadsTheDataFileLayout) {
+  StatementFile f;
+  ASSERT_TRUE(f.load_text(
+      "@ARCHIVO\n"
+      "Tabla=Imp_Empleados\n"
+      "Separador=TAB\n"
+      "Comillas=NINGUNA\n"
+      "Encabezado=Si\n"
+      "Saltar=2\n"
+      "Codificacion=windows-1252\n"
+      "Decimal=,\n"
+      "-- columnas\n"
+      "Columna=Codigo:entero\n"
+      "Columna=Nombre\n"
+      "Columna=Sueldo:real\n"
+      "Columna=Ingreso:fecha:yyyyMMdd\n"
+      "Columna=Egreso:fecha\n"
+      "@SENTENCIAS\n"
+      "Insert Into Personas Select * From Imp_Empleados;\n"))
+      << f.error();
+  ASSERT_TRUE(f.layout());
+  const DataFileLayout& l = *f.layout();
+  EXPECT_EQ(l.table, "Imp_Empleados");
+  EXPECT_FALSE(l.fixed_width);
+  EXPECT_EQ(l.delimiter, '\t');
+  EXPECT_FALSE(l.quote);
+  EXPECT_TRUE(l.header);
+  EXPECT_EQ(l.skip_lines, 2);
+  EXPECT_EQ(l.encoding, TextEncoding::Windows1252);
+  EXPECT_EQ(l.decimal_separator, ',');
+  ASSERT_EQ(l.columns.size(), 5u);
+  EXPECT_EQ(l.columns[0].type, ColumnType::Integer);
+  EXPECT_EQ(l.columns[1].type, ColumnType::Text);
+  EXPECT_EQ(l.columns[2].type, ColumnType::Real);
+  EXPECT_EQ(l.columns[3].date_pattern, "yyyyMMdd");
+  EXPECT_EQ(l.columns[4].date_pattern, "dd/MM/yyyy");
+  EXPECT_EQ(f.statement_count(), 1);
+}
+
+TEST(DataFileLayout, FixedWidthsAndDefaults) {
+  std::string err;
+  auto fixed = ParseDataFileLayout({"Tabla=T", "Formato=Fijo", "Anchos=5, 30,8", "Columna=A", "Columna=B",
+                                    "Columna=C:fecha:ddMMyy"},
+                                   &err);
+  ASSERT_TRUE(fixed) << err;
+  EXPECT_TRUE(fixed->fixed_width);
+  EXPECT_EQ(fixed->columns[1].width, 30);
+  auto header_only = ParseDataFileLayout({"Tabla=T", "Encabezado=Si", "Separador=,"}, &err);
+  ASSERT_TRUE(header_only) << err;
+  EXPECT_EQ(header_only->delimiter, ',');
+  EXPECT_EQ(header_only->quote, '"');
+  EXPECT_FALSE(header_only->encoding);
+  auto blank_sep = ParseDataFileLayout({"Tabla=T", "Separador= ", "Columna=A"}, &err);
+  ASSERT_TRUE(blank_sep) << err;
+  EXPECT_EQ(blank_sep->delimiter, ' ');
+}
+
+TEST(DataFileLayout, BadSectionsAreErrors) {
+  const std::vector<std::vector<std::string>> bad = {
+      {"Columna=A"},                                                       // no Tabla
+      {"Tabla=T"},                                                         // no columns and no header
+      {"Tabla=T", "Formato=Fijo", "Columna=A", "Columna=B", "Anchos=5"},   // widths do not match
+      {"Tabla=T", "Formato=Fijo", "Columna=A"},                            // no widths
+      {"Tabla=T", "Anchos=5", "Columna=A"},                                // widths without Fijo
+      {"Tabla=T", "Columna=A:moneda"},                                     // unknown type
+      {"Tabla=T", "Columna=A:entero:x"},                                   // pattern on a non-date
+      {"Tabla=T", "Columna=A", "Clave=1"},                                 // unknown key
+      {"Tabla=T", "Columna=A", "Separador=;;"},                            // two-character separator
+      {"Tabla=T", "Columna=A", "Saltar=-1"},                               // not a count
+      {"Tabla=T", "Columna=A", "sin igual"},                               // not Clave=valor
+      {"Tabla=T", "Columna=A", "Separador=\"", "Comillas=\""},              // same separator and quote
+  };
+  for (const auto& lines : bad) {
+    std::string err;
+    EXPECT_FALSE(ParseDataFileLayout(lines, &err)) << lines.back();
+    EXPECT_NE(err.find("@ARCHIVO"), std::string::npos) << lines.back();
+  }
+  StatementFile f;
+  EXPECT_FALSE(f.load_text("Select 1;\n@ARCHIVO\nTabla=T\n"));
+  EXPECT_EQ(f.statement_count(), 0);
+  EXPECT_FALSE(f.load_text("@ARCHIVO\nTabla=T\nColumna=A\n@ARCHIVO\nTabla=U\n"));
+}
+
+TEST(DataFileLayout, ReadsDatesWithPatterns) {
+  EXPECT_EQ(ParseDateWithPattern("31/01/2024", "dd/MM/yyyy"), "2024-01-31");
+  EXPECT_EQ(ParseDateWithPattern("1/2/2024", "dd/MM/yyyy"), "2024-02-01");
+  EXPECT_EQ(ParseDateWithPattern("20240229", "yyyyMMdd"), "2024-02-29");
+  EXPECT_EQ(ParseDateWithPattern(" 05/03/99 ", "dd/MM/yy"), "1999-03-05");
+  EXPECT_EQ(ParseDateWithPattern("05/03/29", "dd/MM/yy"), "2029-03-05");
+  EXPECT_FALSE(ParseDateWithPattern("20230229", "yyyyMMdd"));  // not a leap year
+  EXPECT_FALSE(ParseDateWithPattern("31/04/2024", "dd/MM/yyyy"));
+  EXPECT_FALSE(ParseDateWithPattern("31-01-2024", "dd/MM/yyyy"));
+  EXPECT_FALSE(ParseDateWithPattern("", "dd/MM/yyyy"));
+  EXPECT_FALSE(ParseDateWithPattern("01/01/2024x", "dd/MM/yyyy"));
+}

@@ -1,0 +1,94 @@
+// Tests of text decoding, whole-file reading and line splitting.
+#include <gtest/gtest.h>
+
+#include "settings/encoding.h"
+#include "settings/text_file.h"
+#include "temp_dir.h"
+
+using namespace settings;
+
+TEST(Encoding, DecodesUtf8Windows1252AndUtf16) {
+  TextEncoding e;
+  std::string err;
+  EXPECT_EQ(*DecodeAuto("Ni\xC3\xB1o", &e, &err), "Niño");
+  EXPECT_EQ(e, TextEncoding::Utf8);
+  EXPECT_EQ(*DecodeAuto("\xEF\xBB\xBFNi\xC3\xB1o", &e, &err), "Niño");
+  EXPECT_EQ(e, TextEncoding::Utf8Bom);
+  // Bytes that are not UTF-8 are Windows-1252: ñ, the euro sign, a curly quote.
+  EXPECT_EQ(*DecodeAuto("Ni\xF1o \x80 \x93x\x94", &e, &err), "Niño € “x”");
+  EXPECT_EQ(e, TextEncoding::Windows1252);
+  // A lone UTF-8 lead byte at the end is not UTF-8.
+  EXPECT_FALSE(IsValidUtf8("abc\xC3"));
+  EXPECT_FALSE(IsValidUtf8("\xC0\x80"));        // overlong
+  EXPECT_FALSE(IsValidUtf8("\xED\xA0\x80"));    // surrogate
+  EXPECT_EQ(*DecodeAuto(std::string("\xFF\xFEN\0\xF1\0", 6), &e, &err), "Nñ");
+  EXPECT_EQ(e, TextEncoding::Utf16Le);
+  EXPECT_EQ(*DecodeAuto(std::string("\xFE\xFF\0N\0\xF1", 6), &e, &err), "Nñ");
+}
+
+TEST(Encoding, RejectsBinaryAndRoundTripsEveryWindows1252Byte) {
+  std::string err;
+  EXPECT_FALSE(DecodeAuto(std::string("MZ\0\0\x90", 5), nullptr, &err));
+  EXPECT_NE(err.find("nulos"), std::string::npos);
+  std::string all;
+  for (int b = 1; b < 256; ++b) all += static_cast<char>(b);
+  std::string utf8 = Windows1252ToUtf8(all);
+  auto back = Encode(utf8, TextEncoding::Windows1252);
+  ASSERT_TRUE(back);
+  EXPECT_EQ(*back, all);
+  EXPECT_FALSE(Encode("漢", TextEncoding::Windows1252));
+  auto u16 = Encode("a€𝄞", TextEncoding::Utf16Le);
+  EXPECT_EQ(*DecodeAuto(*u16, nullptr, &err), "a€𝄞");
+  EXPECT_FALSE(DecodeAs("Ni\xF1o", TextEncoding::Utf8, &err));
+}
+
+TEST(TextFile, ReadsMissingBinaryAndEncodedFiles) {
+  TempDir dir;
+  EXPECT_EQ(ReadText(dir / "nada.txt"), "");
+  FileText missing = ReadFile(dir / "nada.txt");
+  EXPECT_FALSE(missing.exists);
+  EXPECT_TRUE(missing.error.empty());
+
+  auto bin = dir.write("datos.bin", std::string("\x01\x02\0\x03", 4));
+  FileText b = ReadFile(bin);
+  EXPECT_TRUE(b.exists);
+  EXPECT_FALSE(b.ok());
+  EXPECT_NE(b.error.find("datos.bin"), std::string::npos);
+  EXPECT_EQ(ReadText(bin), "");
+
+  auto ansi = dir.write("ansi.fmt", "Compa\xF1\xED" "a\r\nA\xF1o\r\n");
+  FileText a = ReadFile(ansi);
+  EXPECT_EQ(a.text, "Compañía\r\nAño\r\n");
+  EXPECT_EQ(a.encoding, TextEncoding::Windows1252);
+  EXPECT_EQ(a.line_ending, "\r\n");
+  EXPECT_EQ(ReadFile(dir.write("lf.txt", "a\nb")).line_ending, "\n");
+  EXPECT_EQ(ReadFile(dir.write("one.txt", "a")).line_ending, "\r\n");
+}
+
+TEST(TextFile, SplitsOnEveryLineBreakAndJoins) {
+  EXPECT_TRUE(SplitLines("").empty());
+  EXPECT_EQ(SplitLines("a\r\nb\nc\rd"), (std::vector<std::string>{"a", "b", "c", "d"}));
+  EXPECT_EQ(SplitLines("a\r\n\r\nb\r\n"), (std::vector<std::string>{"a", "", "b"}));
+  EXPECT_EQ(SplitLines("\n"), (std::vector<std::string>{""}));
+  EXPECT_EQ(SplitLines("a\r\r\nb"), (std::vector<std::string>{"a", "", "b"}));
+  EXPECT_EQ(JoinLines({"17", "13", "45"}, "\r\n"), "17\r\n13\r\n45");
+  EXPECT_EQ(JoinLines({}, ","), "");
+}
+
+TEST(TextFile, WritesAtomicallyAndCountsLines) {
+  TempDir dir;
+  auto p = dir / "f.txt";
+  std::string err;
+  ASSERT_TRUE(WriteBytesAtomic(p, "uno\r\ndos\rtres\ncuatro", &err)) << err;
+  EXPECT_EQ(TempDir::read(p), "uno\r\ndos\rtres\ncuatro");
+  EXPECT_EQ(CountFileLines(p), 4);
+  ASSERT_TRUE(WriteBytesAtomic(p, "x\n", &err));
+  EXPECT_EQ(CountFileLines(p), 1);
+  EXPECT_EQ(CountFileLines(dir / "no"), 0);
+  // No temporary file is left behind.
+  int files = 0;
+  for (auto& e : std::filesystem::directory_iterator(dir.path())) (void)e, ++files;
+  EXPECT_EQ(files, 1);
+  EXPECT_FALSE(WriteBytesAtomic(dir / "no/such/folder/f.txt", "x", &err));
+  EXPECT_NE(err.find("No se pudo guardar"), std::string::npos);
+}

@@ -1,0 +1,202 @@
+// Tests of the format list, choosing a format, the source-kind buttons and
+// saving the format's keys on close.
+#include <gtest/gtest.h>
+
+#include "session/format_selection.h"
+#include "settings/key_file.h"
+#include "settings/text_file.h"
+#include "temp_dir.h"
+
+using namespace session;
+
+namespace {
+
+// A program folder with three formats: both keys, neither key, database only.
+struct ProgramFolder {
+  TempDir dir;
+  ProgramFolder() {
+    dir.write("ConfIMP.ini",
+              "; formatos\r\n"
+              "Ambos|ambos.fmt\r\n"
+              "Ninguno|ninguno.fmt\r\n"
+              "Base=base\\base.fmt\r\n");
+    dir.write("ambos.fmt",
+              "TipoBD=1\r\n"
+              "Relaciones=20\r\n"
+              "-1\r\n"
+              "Archivos=Empleados|NOM(emp*.txt)|emp.sql|3\r\n"
+              "Mal|NOM(x)\r\n"
+              "Liq|FL(Mes)|liq.sql|5\r\n"
+              "BD=Tablas|NOM(*.mdb)*PASS=k;|t.sql|1\r\n"
+              "TablaNoBorrar=RelacConc,RelacTLiq\r\n"
+              "ConcCrear=12,7,30\r\n");
+    dir.write("ninguno.fmt", "TipoBD=0\r\nConcCrear=\r\n");
+    dir.write("base/base.fmt", "TipoBD=2.6\nBD=Personas||p.sql|3\n");
+  }
+  SessionState Start() {
+    SessionState s;
+    s.program_folder = dir.path();
+    LoadFormatList(s);
+    return s;
+  }
+};
+
+}  // namespace
+
+TEST(FormatList, ReadsConfImpAndLeavesNothingSelected) {
+  ProgramFolder pf;
+  SessionState s = pf.Start();
+  EXPECT_EQ(s.cmbFormato, (std::vector<std::string>{"Ambos", "Ninguno", "Base"}));
+  EXPECT_EQ(s.cmbFormato_index, -1);
+  EXPECT_EQ(s.formats.cell(2, 1), "base\\base.fmt");
+
+  TempDir empty;
+  empty.write("ConfIMP.ini", "");
+  SessionState e;
+  e.program_folder = empty.path();
+  LoadFormatList(e);
+  EXPECT_TRUE(e.cmbFormato.empty());
+  EXPECT_TRUE(e.warnings.empty());
+  TempDir none;
+  e.program_folder = none.path();
+  LoadFormatList(e);
+  EXPECT_TRUE(e.cmbFormato.empty());
+  EXPECT_TRUE(e.warnings.empty());
+}
+
+TEST(FormatChoice, BothKeysSelectBothKindsAndRunTheFolderHandler) {
+  ProgramFolder pf;
+  SessionState s = pf.Start();
+  s.cmbFormato_index = 0;
+  cmbFormato_Click(s);
+  EXPECT_EQ(s.current_format_file, "ambos.fmt");
+  EXPECT_TRUE(s.TipoImp.selected[0]);
+  EXPECT_TRUE(s.TipoImp.selected[1]);
+  EXPECT_EQ(s.TipoImp.kind, 1);
+  EXPECT_TRUE(s.TipoImp.pressed[1]);
+  EXPECT_FALSE(s.TipoImp.pressed[0]);
+  EXPECT_TRUE(s.cbBuscar_enabled);
+  std::vector<std::string> keys;
+  for (const auto& e : s.ColArchTablas) keys.push_back(e.Codigo);
+  EXPECT_EQ(keys, (std::vector<std::string>{"Empleados*3", "Liq*5", "Tablas*1"}));
+  EXPECT_TRUE(s.ColArchTablas.ColArchTablas("Empleados*3").TipoAR);
+  EXPECT_FALSE(s.ColArchTablas.ColArchTablas("Tablas*1").TipoAR);
+  EXPECT_EQ(s.TablaNoBorrar, "RelacConc,RelacTLiq");
+  EXPECT_EQ(s.ConcCrear, "12,7,30");
+  EXPECT_EQ(s.TipoBD, 1);
+  EXPECT_EQ(s.relations.kel(0), 20);
+  EXPECT_EQ(s.relations.kel(1), -1);
+  EXPECT_EQ(s.lstRelaciones.entries.size(), 6u);
+  ASSERT_EQ(s.warnings.size(), 1u);  // the "Mal" line
+  EXPECT_NE(s.warnings[0].find("Mal|NOM(x)"), std::string::npos);
+}
+
+TEST(FormatChoice, NeitherKeySwitchesTheBrowseButtonOff) {
+  ProgramFolder pf;
+  SessionState s = pf.Start();
+  s.cmbFormato_index = 0;
+  cmbFormato_Click(s);
+  s.cmbFormato_index = 1;
+  cmbFormato_Click(s);
+  EXPECT_FALSE(s.TipoImp.selected[0]);
+  EXPECT_FALSE(s.TipoImp.selected[1]);  // not left over from the first format
+  EXPECT_FALSE(s.cbBuscar_enabled);
+  EXPECT_TRUE(s.ColArchTablas.empty());
+  EXPECT_EQ(s.ConcCrear, "");
+  EXPECT_EQ(s.TipoBD, 0);
+  EXPECT_EQ(s.relations.kel(0), 17);  // defaults again
+  // The list is not emptied between choices: 6 entries, then the 7 defaults.
+  EXPECT_EQ(s.lstRelaciones.entries.size(), 13u);
+  // A database-only format selects kind 0 and runs its handler.
+  s.cmbFormato_index = 2;
+  cmbFormato_Click(s);
+  EXPECT_TRUE(s.TipoImp.selected[0]);
+  EXPECT_FALSE(s.TipoImp.selected[1]);
+  EXPECT_EQ(s.TipoImp.kind, 0);
+  EXPECT_TRUE(s.TipoImp.pressed[0]);
+  EXPECT_FALSE(s.TipoImp.pressed[1]);
+  EXPECT_TRUE(s.cbBuscar_enabled);
+  EXPECT_EQ(s.TipoBD, 3);
+  EXPECT_EQ(s.ColArchTablas.size(), 1u);
+}
+
+TEST(FormatChoice, NoSelectionOnlyEmptiesTheCatalogue) {
+  ProgramFolder pf;
+  SessionState s = pf.Start();
+  s.cmbFormato_index = 0;
+  cmbFormato_Click(s);
+  s.cmbFormato_index = -1;
+  cmbFormato_Click(s);
+  EXPECT_TRUE(s.ColArchTablas.empty());
+  EXPECT_EQ(s.current_format_file, "ambos.fmt");
+  EXPECT_EQ(s.ConcCrear, "12,7,30");
+  EXPECT_EQ(s.TipoImp.kind, 1);
+  EXPECT_EQ(s.lstRelaciones.entries.size(), 6u);
+  EXPECT_TRUE(s.cbBuscar_enabled);
+}
+
+TEST(FormatChoice, SelectingTheSameFormatTwiceListsEveryRelationTwice) {
+  ProgramFolder pf;
+  SessionState s = pf.Start();
+  s.cmbFormato_index = 1;
+  cmbFormato_Click(s);
+  cmbFormato_Click(s);
+  ASSERT_EQ(s.lstRelaciones.entries.size(), 14u);
+  EXPECT_EQ(s.lstRelaciones.entries[7].text, "BPS 1 -> KEL 17");
+}
+
+TEST(FormatChoice, MissingOrUnreadableFormatFilesAreReported) {
+  ProgramFolder pf;
+  pf.dir.write("ConfIMP.ini", "Falta|falta.fmt\r\nRoto|roto.fmt\r\n");
+  pf.dir.write("roto.fmt", std::string("BD=\0\0", 5));
+  SessionState s = pf.Start();
+  s.cmbFormato_index = 0;
+  cmbFormato_Click(s);
+  ASSERT_EQ(s.warnings.size(), 1u);
+  EXPECT_NE(s.warnings[0].find("falta.fmt"), std::string::npos);
+  EXPECT_FALSE(s.cbBuscar_enabled);
+  s.cmbFormato_index = 1;
+  cmbFormato_Click(s);
+  ASSERT_EQ(s.warnings.size(), 2u);
+  EXPECT_NE(s.warnings[1].find("roto.fmt"), std::string::npos);
+  // Closing does not overwrite a file that could not be read.
+  EXPECT_FALSE(SaveFormatKeys(s));
+  EXPECT_EQ(TempDir::read(pf.dir / "roto.fmt"), std::string("BD=\0\0", 5));
+}
+
+TEST(TipoImp, PressingAButtonReleasesThePreviousOne) {
+  SessionState s;
+  TipoImp_Click(s, 1);
+  EXPECT_EQ(s.TipoImp.kind, 1);
+  EXPECT_TRUE(s.TipoImp.pressed[1]);
+  TipoImp_Click(s, 0);
+  EXPECT_EQ(s.TipoImp.kind, 0);
+  EXPECT_TRUE(s.TipoImp.pressed[0]);
+  EXPECT_FALSE(s.TipoImp.pressed[1]);
+  TipoImp_Click(s, 5);
+  EXPECT_EQ(s.TipoImp.kind, 0);
+}
+
+TEST(FormUnload, StoresRelacionesAndConcCrearOnly) {
+  ProgramFolder pf;
+  SessionState s = pf.Start();
+  EXPECT_TRUE(SaveFormatKeys(s));  // no format chosen: nothing written
+  s.cmbFormato_index = 0;
+  cmbFormato_Click(s);
+  mapping::AddRelation(s.relations, s.lstRelaciones, "2-Aguinaldo", 1, "14");
+  s.ConcCrear = "12,7";
+  ASSERT_TRUE(SaveFormatKeys(s));
+  std::string text = settings::ReadText(pf.dir / "ambos.fmt");
+  EXPECT_EQ(settings::KeyValue(text, "Relaciones"), "20\r\n14\r\n45\r\n12\r\n71\r\n53\r\n4");
+  EXPECT_EQ(settings::KeyValue(text, "ConcCrear"), "12,7");
+  EXPECT_EQ(settings::KeyValue(text, "Archivos"),
+            "Empleados|NOM(emp*.txt)|emp.sql|3\r\nMal|NOM(x)\r\nLiq|FL(Mes)|liq.sql|5");
+  EXPECT_EQ(settings::KeyValue(text, "TipoBD"), "1");
+  // The format in a subfolder, written with "\" and LF line endings.
+  s.cmbFormato_index = 2;
+  cmbFormato_Click(s);
+  s.ConcCrear = "9";
+  ASSERT_TRUE(SaveFormatKeys(s));
+  EXPECT_EQ(TempDir::read(pf.dir / "base/base.fmt"),
+            "TipoBD=2.6\nBD=Personas||p.sql|3\nRelaciones=17\n13\n45\n12\n71\n53\n4\nConcCrear=9\n");
+}

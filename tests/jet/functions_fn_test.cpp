@@ -1,0 +1,194 @@
+// tests/jet/functions_fn_test.cpp — the Jet functions over values: Null
+// rules, conversions and their errors, date functions and the operators.
+#include <gtest/gtest.h>
+
+#include "db/jet/functions.h"
+
+namespace db::jet {
+namespace {
+
+using namespace fn;
+
+Value I(std::int64_t i) { return Value{i}; }
+Value D(double d) { return Value{d}; }
+Value T(const char* s) { return Value{std::string(s)}; }
+const Value kNull{};
+
+// Runs f and returns the message of the FunctionError it throws.
+template <typename F>
+std::string error_of(F f) {
+  try {
+    f();
+  } catch (const FunctionError& e) {
+    return e.what();
+  }
+  return "<no error>";
+}
+
+TEST(JetFn, NullInNullOut) {
+  for (Value v : {Val(kNull), CDate(kNull), CStr(kNull), CBool(kNull), CInt(kNull), CLng(kNull), CDbl(kNull),
+                  Format(kNull, T("0")), InStr(kNull, T("a")), InStr(T("a"), kNull), Left(kNull, I(1)),
+                  Left(T("a"), kNull), Right(kNull, I(1)), Mid(kNull, I(1)), Len(kNull), Trim(kNull),
+                  UCase(kNull), LCase(kNull), Round(kNull, I(2)), Abs(kNull), Int(kNull), Fix(kNull), Sgn(kNull),
+                  Year(kNull), Month(kNull), Day(kNull), DateSerial(kNull, I(1), I(1)),
+                  DateAdd(T("m"), I(1), kNull), DateDiff(T("d"), kNull, T("2024-01-01")), Like(kNull, T("*")),
+                  IntDiv(kNull, I(2)), Mod(I(2), kNull), Pow(kNull, I(2)), Not(kNull), Xor(I(1), kNull),
+                  Eqv(kNull, I(1)), Concat(kNull, kNull)}) {
+    EXPECT_TRUE(is_null(v)) << value_text(v);
+  }
+  EXPECT_EQ(Nz(kNull), T(""));
+  EXPECT_EQ(Nz(kNull, I(0)), I(0));
+  EXPECT_EQ(Nz(T("x"), I(0)), T("x"));
+}
+
+TEST(JetFn, Conversions) {
+  EXPECT_EQ(Val(T(" 12abc")), I(12));
+  EXPECT_EQ(Val(T("1.5")), D(1.5));
+  EXPECT_EQ(Val(D(2.5)), D(2.5));
+  EXPECT_EQ(CStr(T("2024-02-29")), T("29/02/2024"));
+  EXPECT_EQ(CStr(D(3.0)), T("3"));
+  EXPECT_EQ(CStr(I(-1)), T("-1"));  // a Yes/No True is just -1
+  EXPECT_EQ(CBool(I(5)), I(-1));
+  EXPECT_EQ(CBool(D(0.0)), I(0));
+  EXPECT_EQ(CBool(T("True")), I(-1));
+  EXPECT_EQ(CInt(D(2.5)), I(2));
+  EXPECT_EQ(CInt(D(3.5)), I(4));
+  EXPECT_EQ(CInt(T(" 12 ")), I(12));
+  EXPECT_EQ(CInt(D(-32768)), I(-32768));
+  EXPECT_EQ(CLng(D(123456.5)), I(123456));
+  EXPECT_EQ(CDbl(T("1,5")), D(1.5));
+  EXPECT_EQ(CDbl(I(2)), D(2.0));
+  EXPECT_EQ(CDate(T("01/02/2024")), T("2024-02-01"));
+  EXPECT_EQ(CDate(T("02/2024")), T("2024-02-01"));
+  EXPECT_EQ(CDate(D(45351.5)), T("2024-02-29 12:00:00"));
+  EXPECT_EQ(CDate(I(0)), T("1899-12-30"));
+  EXPECT_EQ(error_of([] { CDate(T("abc")); }), "Tipo de dato no coincide en CDate: 'abc'");
+  EXPECT_EQ(error_of([] { CDate(D(1e9)); }), "Desbordamiento en CDate: 1000000000");
+  EXPECT_EQ(error_of([] { CInt(I(32768)); }), "Desbordamiento en CInt: 32768");
+  EXPECT_EQ(error_of([] { CInt(T("12abc")); }), "Tipo de dato no coincide en CInt: '12abc'");
+  EXPECT_EQ(error_of([] { CLng(D(3e9)); }), "Desbordamiento en CLng: 3000000000");
+  EXPECT_EQ(error_of([] { CBool(T("")); }), "Tipo de dato no coincide en CBool: ''");
+}
+
+TEST(JetFn, TextFunctionsOnValues) {
+  EXPECT_EQ(Left(T("12345-6"), I(5)), T("12345"));
+  EXPECT_EQ(Left(I(123456), D(2.0)), T("12"));
+  EXPECT_EQ(Right(T("12345-6"), I(1)), T("6"));
+  EXPECT_EQ(Right(D(1.5), I(2)), T(".5"));
+  EXPECT_EQ(Mid(T("abcdef"), I(2), I(3)), T("bcd"));
+  EXPECT_EQ(Mid(T("abcdef"), I(5)), T("ef"));
+  EXPECT_EQ(Len(T("Peña")), I(4));
+  EXPECT_EQ(Len(I(-120)), I(4));
+  EXPECT_EQ(Trim(T("  a  ")), T("a"));
+  EXPECT_EQ(LTrim(T("  a  ")), T("a  "));
+  EXPECT_EQ(RTrim(T("  a  ")), T("  a"));
+  EXPECT_EQ(UCase(T("ñandú")), T("ÑANDÚ"));
+  EXPECT_EQ(LCase(T("ÑANDÚ")), T("ñandú"));
+  EXPECT_EQ(InStr(T("123-4"), T("-")), I(4));
+  EXPECT_EQ(InStr(I(3), T("a-b-c"), T("-")), I(4));
+  EXPECT_EQ(InStr(I(1), T("aBc"), T("b"), I(0)), I(0));
+  EXPECT_EQ(InStr(I(12345), I(3)), I(3));
+  EXPECT_EQ(Space(I(3)), T("   "));
+  EXPECT_EQ(Format(T("2024-02-29"), T("MM/yyyy")), T("02/2024"));
+  EXPECT_EQ(Format(D(0.5)), T("0.5"));
+  EXPECT_EQ(error_of([] { Left(T("abc"), I(-1)); }), "Argumento no válido en Left: -1");
+  EXPECT_EQ(error_of([] { Mid(T("abc"), I(0)); }), "Argumento no válido en Mid: 0");
+  EXPECT_EQ(error_of([] { InStr(I(0), T("abc"), T("a")); }), "Argumento no válido en InStr: 0");
+}
+
+TEST(JetFn, Arithmetic) {
+  EXPECT_EQ(Round(D(2.675), I(2)), D(2.68));
+  EXPECT_EQ(Round(D(2.5)), D(2.0));
+  EXPECT_EQ(Round(I(7), I(2)), I(7));
+  EXPECT_EQ(Round(T("1.25"), I(1)), D(1.2));
+  EXPECT_EQ(Abs(I(-3)), I(3));
+  EXPECT_EQ(Abs(D(-1.5)), D(1.5));
+  EXPECT_EQ(Int(D(-1.5)), I(-2));
+  EXPECT_EQ(Fix(D(-1.5)), I(-1));
+  EXPECT_EQ(Int(D(1e300)), D(1e300));
+  EXPECT_EQ(Sgn(D(-0.1)), I(-1));
+  EXPECT_EQ(Sgn(I(0)), I(0));
+  EXPECT_EQ(IntDiv(D(7.5), I(2)), I(4));  // 7.5 rounds to 8 first
+  EXPECT_EQ(IntDiv(I(-7), I(2)), I(-3));
+  EXPECT_EQ(Mod(I(-7), I(3)), I(-1));
+  EXPECT_EQ(Mod(D(5.5), I(4)), I(2));  // 5.5 rounds to 6
+  EXPECT_EQ(Pow(I(2), I(10)), D(1024));
+  EXPECT_EQ(Pow(D(4), D(0.5)), D(2));
+  EXPECT_EQ(error_of([] { IntDiv(I(1), I(0)); }), "División por cero");
+  EXPECT_EQ(error_of([] { Mod(I(1), D(0.4)); }), "División por cero");
+  EXPECT_EQ(error_of([] { Pow(I(-8), D(0.5)); }), "Argumento no válido en ^: -8");
+  EXPECT_EQ(error_of([] { Abs(T("x")); }), "Tipo de dato no coincide en Abs: 'x'");
+  EXPECT_EQ(error_of([] { Round(D(1.5), I(-1)); }), "Argumento no válido en Round: -1");
+}
+
+TEST(JetFn, LogicalOperatorsFollowJetNullRules) {
+  EXPECT_EQ(Not(I(0)), I(-1));
+  EXPECT_EQ(Not(I(-1)), I(0));
+  EXPECT_EQ(And(I(-1), I(0)), I(0));
+  EXPECT_EQ(And(I(6), I(3)), I(2));
+  EXPECT_EQ(And(kNull, I(0)), I(0));
+  EXPECT_TRUE(is_null(And(kNull, I(-1))));
+  EXPECT_EQ(Or(kNull, I(-1)), I(-1));
+  EXPECT_TRUE(is_null(Or(I(0), kNull)));
+  EXPECT_EQ(Or(I(4), I(1)), I(5));
+  EXPECT_EQ(Xor(I(-1), I(-1)), I(0));
+  EXPECT_EQ(Eqv(I(0), I(0)), I(-1));
+  EXPECT_EQ(Imp(I(-1), I(0)), I(0));
+  EXPECT_EQ(Imp(I(0), kNull), I(-1));
+  EXPECT_EQ(Imp(kNull, I(-1)), I(-1));
+  EXPECT_TRUE(is_null(Imp(I(-1), kNull)));
+  EXPECT_TRUE(is_null(Imp(kNull, I(0))));
+  EXPECT_EQ(And(T("True"), I(-1)), I(-1));
+  EXPECT_EQ(error_of([] { And(D(3e9), I(1)); }), "Desbordamiento en And: 3000000000");
+  EXPECT_EQ(Like(T("Peña"), T("PE?A")), I(-1));
+  EXPECT_EQ(Like(I(123), T("1#3")), I(-1));
+  EXPECT_EQ(Like(T("x"), T("y")), I(0));
+  EXPECT_EQ(Concat(T("a"), kNull), T("a"));
+  EXPECT_EQ(Concat(kNull, I(5)), T("5"));
+  EXPECT_EQ(Concat(I(100), D(2.5)), T("1002.5"));
+  EXPECT_EQ(Concat(T("2024-02-29"), T("")), T("2024-02-29"));  // texts are not re-dated
+}
+
+TEST(JetFn, DateFunctions) {
+  EXPECT_EQ(Year(T("2024-02-29 13:05:00")), I(2024));
+  EXPECT_EQ(Month(T("29/02/2024")), I(2));
+  EXPECT_EQ(Day(D(45351.75)), I(29));
+  EXPECT_EQ(Hour(T("2024-02-29 13:05:09")), I(13));
+  EXPECT_EQ(Minute(T("2024-02-29 13:05:09")), I(5));
+  EXPECT_EQ(Second(T("2024-02-29 13:05:09")), I(9));
+  EXPECT_EQ(Weekday(T("2024-02-25")), I(1));  // a Sunday
+  EXPECT_EQ(error_of([] { Year(T("mañana")); }), "Tipo de dato no coincide en Year: 'mañana'");
+  EXPECT_EQ(DateSerial(I(2024), I(2), I(29)), T("2024-02-29"));
+  EXPECT_EQ(DateSerial(I(2024), I(13), I(1)), T("2025-01-01"));
+  EXPECT_EQ(DateSerial(I(2024), I(0), I(1)), T("2023-12-01"));
+  EXPECT_EQ(DateSerial(I(2024), I(3), I(0)), T("2024-02-29"));
+  EXPECT_EQ(DateSerial(I(2024), I(1), I(-30)), T("2023-12-01"));
+  EXPECT_EQ(DateSerial(I(24), I(1), I(1)), T("2024-01-01"));
+  EXPECT_EQ(DateSerial(I(95), I(1), I(1)), T("1995-01-01"));
+  EXPECT_EQ(error_of([] { DateSerial(I(10000), I(1), I(1)); }), "Desbordamiento en DateSerial: 10000");
+  EXPECT_EQ(DateAdd(T("m"), I(1), T("2024-01-31")), T("2024-02-29"));
+  EXPECT_EQ(DateAdd(T("M"), I(-1), T("2024-03-31 08:00:00")), T("2024-02-29 08:00:00"));
+  EXPECT_EQ(DateAdd(T("yyyy"), I(1), T("2024-02-29")), T("2025-02-28"));
+  EXPECT_EQ(DateAdd(T("q"), I(1), T("2024-01-15")), T("2024-04-15"));
+  EXPECT_EQ(DateAdd(T("d"), I(1), T("2024-02-29")), T("2024-03-01"));
+  EXPECT_EQ(DateAdd(T("ww"), I(-1), T("2024-03-01")), T("2024-02-23"));
+  EXPECT_EQ(DateAdd(T("h"), I(36), T("2024-02-29")), T("2024-03-01 12:00:00"));
+  EXPECT_EQ(DateAdd(T("n"), I(-1), T("2024-03-01")), T("2024-02-29 23:59:00"));
+  EXPECT_EQ(error_of([] { DateAdd(T("x"), I(1), T("2024-01-01")); }), "Intervalo no válido en DateAdd: 'x'");
+  EXPECT_EQ(DateDiff(T("d"), T("2024-02-28 23:00:00"), T("2024-02-29 01:00:00")), I(1));
+  EXPECT_EQ(DateDiff(T("d"), T("2024-03-01"), T("2024-02-28")), I(-2));
+  EXPECT_EQ(DateDiff(T("m"), T("2023-12-31"), T("2024-01-01")), I(1));
+  EXPECT_EQ(DateDiff(T("yyyy"), T("2023-12-31"), T("2024-01-01")), I(1));
+  EXPECT_EQ(DateDiff(T("q"), T("2024-03-31"), T("2024-04-01")), I(1));
+  EXPECT_EQ(DateDiff(T("ww"), T("2024-02-24"), T("2024-02-25")), I(1));  // Saturday to Sunday
+  EXPECT_EQ(DateDiff(T("w"), T("2024-02-24"), T("2024-02-25")), I(0));
+  EXPECT_EQ(DateDiff(T("h"), T("2024-02-29 10:59:00"), T("2024-02-29 11:00:00")), I(1));
+  EXPECT_EQ(DateDiff(T("s"), T("2024-02-29"), T("2024-02-29 00:01:00")), I(60));
+  // Date() and Now() are today's local date (and time) as ISO texts.
+  ASSERT_TRUE(std::holds_alternative<std::string>(Date()));
+  EXPECT_TRUE(parse_iso(std::get<std::string>(Date())).has_value());
+  EXPECT_EQ(std::get<std::string>(Now()).substr(0, 10), std::get<std::string>(Date()));
+}
+
+}  // namespace
+}  // namespace db::jet

@@ -1,0 +1,121 @@
+// tests/jet/functions_numbers_test.cpp — Val, the strict number reading of
+// the conversions, rounding and the CStr text of numbers.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "db/jet/functions.h"
+
+namespace db::jet {
+namespace {
+
+// Val as "int:<n>" or "real:<text>" so that the kind is checked too.
+std::string val(std::string_view s) {
+  Number n = val_text(s);
+  return n.is_int ? "int:" + std::to_string(n.i) : "real:" + cstr_number(n.d);
+}
+
+TEST(JetNumbers, ValReadsTheLeadingNumber) {
+  EXPECT_EQ(val(" 12abc"), "int:12");
+  EXPECT_EQ(val("1 2 3"), "int:123");
+  EXPECT_EQ(val("  -  12"), "int:-12");
+  EXPECT_EQ(val("+7"), "int:7");
+  EXPECT_EQ(val("0012-3"), "int:12");
+  EXPECT_EQ(val("1.5e2"), "int:150");
+  EXPECT_EQ(val("1.5D1"), "int:15");
+  EXPECT_EQ(val("2.5"), "real:2.5");
+  EXPECT_EQ(val(".5"), "real:0.5");
+  EXPECT_EQ(val("-1.25xyz"), "real:-1.25");
+  EXPECT_EQ(val("1,234"), "int:1");
+  EXPECT_EQ(val("1e"), "int:1");
+  EXPECT_EQ(val("1e+"), "int:1");
+  EXPECT_EQ(val("12.3.4"), "real:12.3");
+  EXPECT_EQ(val("&H1F"), "int:31");
+  EXPECT_EQ(val("&O17"), "int:15");
+  EXPECT_EQ(val("&HFFFF"), "int:-1");
+  EXPECT_EQ(val("&H10000"), "int:65536");
+  EXPECT_EQ(val("&Hxyz"), "int:0");
+  EXPECT_EQ(val(""), "int:0");
+  EXPECT_EQ(val("abc"), "int:0");
+  EXPECT_EQ(val("-"), "int:0");
+  EXPECT_EQ(val("\t\n42\r"), "int:42");
+  EXPECT_EQ(val("2024-02-29"), "int:2024");
+  // Beyond 64 bits the value is a real; long digit runs keep their magnitude.
+  EXPECT_EQ(val("123456789012345678901234567890"), "real:1.2345678901234568E+29");
+  EXPECT_EQ(val("9223372036854775807"), "real:9.223372036854776E+18");
+  EXPECT_EQ(val("123456789012345678"), "int:123456789012345678");
+}
+
+TEST(JetNumbers, StrictNumberTexts) {
+  EXPECT_EQ(text_to_number(" 12 "), 12.0);
+  EXPECT_EQ(text_to_number("-1.5"), -1.5);
+  EXPECT_EQ(text_to_number("1,5"), 1.5);
+  EXPECT_EQ(text_to_number("1e3"), 1000.0);
+  EXPECT_EQ(text_to_number("True"), -1.0);
+  EXPECT_EQ(text_to_number("falso"), 0.0);
+  EXPECT_EQ(text_to_number("2024-02-29"), 45351.0);
+  EXPECT_EQ(text_to_number("&H10"), 16.0);
+  for (const char* bad : {"", " ", "12abc", "1.2.3", "1,234.5", "abc", "-", "1e", "."})
+    EXPECT_FALSE(text_to_number(bad).has_value()) << bad;
+}
+
+TEST(JetNumbers, RoundingIsHalfToEvenOnTheDecimalText) {
+  std::int64_t i = 0;
+  ASSERT_TRUE(round_to_int64(2.5, i));
+  EXPECT_EQ(i, 2);
+  ASSERT_TRUE(round_to_int64(3.5, i));
+  EXPECT_EQ(i, 4);
+  ASSERT_TRUE(round_to_int64(-2.5, i));
+  EXPECT_EQ(i, -2);
+  EXPECT_FALSE(round_to_int64(1e19, i));
+  EXPECT_FALSE(round_to_int64(std::nan(""), i));
+  EXPECT_EQ(round_half_even(2.675, 2), 2.68);
+  EXPECT_EQ(round_half_even(0.125, 2), 0.12);
+  EXPECT_EQ(round_half_even(0.135, 2), 0.14);
+  EXPECT_EQ(round_half_even(-1.005, 2), -1.0);
+  EXPECT_EQ(round_half_even(1.2345, 3), 1.234);
+  EXPECT_EQ(round_half_even(9.9996, 3), 10.0);
+  EXPECT_EQ(round_half_even(0.0004, 3), 0.0);
+  EXPECT_EQ(round_half_even(0.0006, 3), 0.001);
+  EXPECT_EQ(round_half_even(123.456, 5), 123.456);
+  EXPECT_EQ(round_half_even(2.5, 0), 2.0);
+  EXPECT_EQ(round_half_even(1234.5678, 2), 1234.57);
+}
+
+TEST(JetNumbers, CStrOfNumbers) {
+  EXPECT_EQ(cstr_number(0.0), "0");
+  EXPECT_EQ(cstr_number(-0.0), "0");
+  EXPECT_EQ(cstr_number(100.0), "100");
+  EXPECT_EQ(cstr_number(-3.0), "-3");
+  EXPECT_EQ(cstr_number(1.5), "1.5");
+  EXPECT_EQ(cstr_number(0.1), "0.1");
+  EXPECT_EQ(cstr_number(-0.25), "-0.25");
+  EXPECT_EQ(cstr_number(123.45), "123.45");
+  EXPECT_EQ(cstr_number(0.0001), "0.0001");
+  EXPECT_EQ(cstr_number(0.00001), "1E-05");
+  EXPECT_EQ(cstr_number(1.5e-10), "1.5E-10");
+  EXPECT_EQ(cstr_number(999999999999999.0), "999999999999999");
+  EXPECT_EQ(cstr_number(1e15), "1E+15");
+  EXPECT_EQ(cstr_number(1.5e20), "1.5E+20");
+  EXPECT_EQ(cstr_number(123456.789), "123456.789");
+  EXPECT_EQ(cstr_number(0.1 + 0.2), "0.30000000000000004");
+  char buf[kNumberTextMax];
+  EXPECT_LE(cstr_number_to(-1.2345678901234567e-300, buf), kNumberTextMax);
+  EXPECT_LE(cstr_number_to(-0.00012345678901234567, buf), kNumberTextMax);
+}
+
+TEST(JetNumbers, TextsOfValues) {
+  EXPECT_EQ(value_text(Value{}), "");
+  EXPECT_EQ(value_text(Value{std::int64_t{-1}}), "-1");
+  EXPECT_EQ(value_text(Value{2.0}), "2");
+  EXPECT_EQ(value_text(Value{std::string("2024-02-29")}), "2024-02-29");
+  EXPECT_EQ(cstr_of(Value{std::string("2024-02-29")}), "29/02/2024");
+  EXPECT_EQ(cstr_of(Value{std::string("2024-02-29 08:00:00")}), "29/02/2024 08:00:00");
+  EXPECT_EQ(cstr_of(Value{std::string("2024-02-30")}), "2024-02-30");
+  EXPECT_EQ(cstr_of(Value{std::string("abc")}), "abc");
+  EXPECT_EQ(cstr_of(Value{std::int64_t{0}}), "0");
+  EXPECT_FALSE(cstr_of(Value{}).has_value());
+}
+
+}  // namespace
+}  // namespace db::jet

@@ -31,30 +31,36 @@ class Slip {
   const std::vector<Line>& lines() const { return lines_; }
 
   // An earning: quantity x unit value. `taxed` adds it to the contribution base.
+  // Unit values and bases are rounded to cents first, as printed, so that the
+  // amount is exactly what the line shows.
   double earn(int concepto, double cantidad, double unit, bool taxed = true) {
+    unit = round2(unit);
     const double monto = round2(cantidad * unit);
-    add(concepto, cantidad, round2(unit), monto);
+    add(concepto, cantidad, unit, monto);
     (taxed ? gravado_ : no_gravado_) += monto;
     if (concepto != kSueldo && concepto != kJornales && taxed) otros_ += monto;
     return monto;
   }
   // An earning as a percentage of a base.
   double earn_percent(int concepto, double percent, double base) {
+    base = round2(base);
     const double monto = round2(base * percent / 100.0);
-    add(concepto, percent, round2(base), monto);
+    add(concepto, percent, base, monto);
     gravado_ += monto;
     otros_ += monto;
     return monto;
   }
   double deduct(int concepto, double cantidad, double unit) {
+    unit = round2(unit);
     const double monto = round2(cantidad * unit);
-    add(concepto, cantidad, round2(unit), monto);
+    add(concepto, cantidad, unit, monto);
     descuentos_ += monto;
     return monto;
   }
   double deduct_percent(int concepto, double percent, double base, bool contribution = false) {
+    base = round2(base);
     const double monto = round2(base * percent / 100.0);
-    add(concepto, percent, round2(base), monto);
+    add(concepto, percent, base, monto);
     descuentos_ += monto;
     if (contribution) aportes_ += monto;
     return monto;
@@ -85,15 +91,21 @@ class Slip {
     liquido_ = liquido;
   }
 
+  // Net pay alone, for the short liquidations that print no totals.
+  void net() {
+    liquido_ = round2(gravado_ + no_gravado_ - descuentos_);
+    info(kLiquido, 1, liquido_, liquido_);
+  }
+
   // The employer's contributions on the taxed earnings, and the cost.
   void employer() {
-    const double base = gravado_;
+    const double base = round2(gravado_);
     double total = 0;
     const struct { int c; double p; } kRates[] = {{kAportePatronal, 7.5}, {kFonasaPatronal, 5},
                                                   {kFrlPatronal, 0.125}, {kFgcl, 0.025}};
     for (const auto& r : kRates) {
       const double m = round2(base * r.p / 100.0);
-      add(r.c, r.p, round2(base), m);
+      add(r.c, r.p, base, m);
       total += m;
     }
     const double cost = round2(gravado_ + no_gravado_ + total);
@@ -189,7 +201,7 @@ class Generator {
     if (c.advance && !last && days >= 15) {
       Slip s(kAdelantoQuincenal);
       s.earn(kAdelanto, 1, advance, false);
-      s.info(kLiquido, 1, advance, advance);
+      s.net();
       write(c, m, s, day_of_month(m, 15), rng);
     }
 

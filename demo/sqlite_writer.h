@@ -17,6 +17,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "demo/row_sink.h"
@@ -68,6 +69,7 @@ class SqliteWriter final : public RowSink {
   std::map<std::string, std::int64_t> counts_;
   std::set<std::string> missing_columns_;
   std::set<std::string> missing_tables_;
+  std::vector<std::pair<std::string, std::string>> deferred_indexes_;  // name, CREATE statement
 };
 
 // Reads a whole text file; throws std::runtime_error (Spanish) when it cannot.

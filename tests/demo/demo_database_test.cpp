@@ -1,0 +1,225 @@
+// tests/demo/demo_database_test.cpp — what the demo databases hold: references
+// that resolve, months inside contracts, consistent amounts, mappings onto
+// KEL's base ids, and the same bytes for the same arguments.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <set>
+
+#include "demo/concepts.h"
+#include "demo/demo.h"
+#include "demo_test_util.h"
+
+namespace {
+
+using demo_test::Db;
+using demo_test::TempDir;
+
+class DemoDatabases : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    dir_ = new TempDir();
+    demo::DemoOptions options;
+    options.employees = 20;
+    options.years = 1;
+    report_ = new demo::DemoReport(
+        demo::build_demo(options, {dir_->file("Origen.mdb"), dir_->file("Empresa/Datos.mdb"), demo_test::schema_dir()}));
+  }
+  static void TearDownTestSuite() {
+    delete report_;
+    delete dir_;
+  }
+  static Db source() { return Db(dir_->file("Origen.mdb")); }
+  static Db kel() { return Db(dir_->file("Empresa/Datos.mdb")); }
+
+  static TempDir* dir_;
+  static demo::DemoReport* report_;
+};
+TempDir* DemoDatabases::dir_ = nullptr;
+demo::DemoReport* DemoDatabases::report_ = nullptr;
+
+TEST_F(DemoDatabases, EveryGeneratedColumnExistsInTheSchemas) {
+  // A column the schema lost (or the generator misspelt) would silently stay Null.
+  EXPECT_TRUE(report_->missing.empty()) << *report_->missing.begin();
+  EXPECT_EQ(report_->source_rows.at("Datos_Liquidacion"), report_->liquidations.lines);
+  EXPECT_EQ(report_->source_rows.at("Encabezados"), report_->liquidations.headers);
+}
+
+TEST_F(DemoDatabases, ReferencesResolve) {
+  Db db = source();
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Datos_Liquidacion WHERE id_Encabezado NOT IN (SELECT id_Encabezado FROM Encabezados)"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Encabezados WHERE id_Contrato NOT IN (SELECT Id_Contrato FROM Contrato)"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Encabezados WHERE Id_TipoLiq NOT IN (SELECT id_TipoLiq FROM TiposLiquidacion)"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Datos_Liquidacion WHERE id_Concepto NOT IN (SELECT id_Concepto FROM Conceptos)"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Contrato WHERE Id_Persona NOT IN (SELECT id_Persona FROM Personas)"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM rPersonas_Dto_Comunicacion WHERE Id_Persona NOT IN (SELECT id_Persona FROM Personas)"), 0);
+  // Declarations of a working spouse point at another staged person; the others at a related person.
+  EXPECT_GT(db.integer("SELECT COUNT(*) FROM Declaraciones WHERE Trabaja <> 0"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Declaraciones WHERE Trabaja <> 0 AND (id_PersRelac = id_Persona OR "
+                       "id_PersRelac NOT IN (SELECT id_Persona FROM Personas))"), 0);
+  EXPECT_GT(db.integer("SELECT COUNT(*) FROM Declaraciones WHERE Trabaja = 0"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Declaraciones WHERE Trabaja = 0 AND "
+                       "id_PersRelac NOT IN (SELECT id_PersRelac FROM PersonasRela)"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Declaraciones WHERE id_Persona NOT IN (SELECT id_Persona FROM Personas)"), 0);
+  // The registrations of the three kinds the contracts are attached to.
+  EXPECT_EQ(db.integer("SELECT COUNT(DISTINCT id_Tplanilla) FROM Planillas WHERE id_planilla >= 1 AND id_Tplanilla IN (1,2,3)"), 3);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Empresa"), 1);
+}
+
+TEST_F(DemoDatabases, LiquidationMonthsLieWithinTheirContracts) {
+  Db db = source();
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Encabezados WHERE MesDeLiq NOT LIKE '____-__-01'"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Encabezados AS E JOIN Contrato AS C ON C.Id_Contrato = E.id_Contrato "
+                       "WHERE E.MesDeLiq < substr(C.FECHA_INICIO, 1, 8) || '01' "
+                       "OR (C.vigente = 0 AND E.MesDeLiq > C.FECHA_FIN)"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Encabezados WHERE MesDeLiq < '2024-01-01' OR MesDeLiq > '2024-12-01'"), 0);
+  // One header per contract, month and type.
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM (SELECT 1 FROM Encabezados GROUP BY id_Contrato, MesDeLiq, Id_TipoLiq HAVING COUNT(*) > 1)"), 0);
+  // Open contracts have no end; closed ones have one and get a final settlement.
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Contrato WHERE (vigente = -1) <> (FECHA_FIN IS NULL)"), 0);
+  EXPECT_GT(db.integer("SELECT COUNT(*) FROM Contrato WHERE vigente = 0"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Contrato AS C WHERE vigente = 0 AND FECHA_FIN >= '2024-01-01' AND NOT EXISTS "
+                       "(SELECT 1 FROM Encabezados AS E WHERE E.id_Contrato = C.Id_Contrato AND E.Id_TipoLiq = 5)"), 0);
+  // Flags are Yes/No values.
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Encabezados WHERE Impreso NOT IN (-1, 0) OR Terminado NOT IN (-1, 0)"), 0);
+}
+
+TEST_F(DemoDatabases, ContractNumbersAndAgreements) {
+  Db db = source();
+  // A person with two contracts numbers them id_1 and id_2; a single contract is the id.
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Contrato AS C WHERE (SELECT COUNT(*) FROM Contrato AS B WHERE B.Id_Persona = C.Id_Persona) = 1 "
+                       "AND NUMERO_ALTERNATIVO <> CAST(Id_Persona AS TEXT)"), 0);
+  EXPECT_GT(db.integer("SELECT COUNT(*) FROM Contrato WHERE NUMERO_ALTERNATIVO = Id_Persona || '_2'"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Contrato AS C WHERE (SELECT COUNT(*) FROM Contrato AS B WHERE B.Id_Persona = C.Id_Persona) = 2 "
+                       "AND NUMERO_ALTERNATIVO NOT IN (Id_Persona || '_1', Id_Persona || '_2')"), 0);
+  // Concurrent contracts of one person run under different agreements.
+  EXPECT_GT(db.integer("SELECT COUNT(*) FROM Contrato AS A JOIN Contrato AS B ON A.Id_Persona = B.Id_Persona AND A.Id_Contrato < B.Id_Contrato "
+                       "WHERE A.vigente = -1 AND B.vigente = -1 AND A.AcuLab <> B.AcuLab"), 0);
+  // A rehired person's second contract starts after the first one ended.
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Contrato AS A JOIN Contrato AS B ON A.Id_Persona = B.Id_Persona AND A.Id_Contrato < B.Id_Contrato "
+                       "WHERE A.vigente = 0 AND B.FECHA_INICIO <= A.FECHA_FIN"), 0);
+}
+
+TEST_F(DemoDatabases, AmountsAreConsistent) {
+  Db db = source();
+  // Quantity lines: quantity x unit value; percentage lines (TipoDato 1): base x percent / 100.
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Datos_Liquidacion AS D JOIN Conceptos AS C ON C.id_Concepto = D.id_Concepto "
+                       "WHERE abs(D.Monto - round(CASE WHEN C.TipoDato = 1 THEN D.Cantidad * D.Coeficiente / 100 "
+                       "ELSE D.Cantidad * D.Coeficiente END, 2)) > 0.0101"), 0);
+  // Net pay = earnings - deductions + rounding, per header.
+  auto line = [](int concepto) {
+    return "(SELECT Monto FROM Datos_Liquidacion WHERE id_Encabezado = E.id_Encabezado AND id_Concepto = " +
+           std::to_string(concepto) + ")";
+  };
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Encabezados AS E WHERE Id_TipoLiq <> " + std::to_string(demo::kAdelantoQuincenal) +
+                       " AND (" + line(demo::kLiquido) + " IS NULL OR abs(" + line(demo::kLiquido) + " - " + line(demo::kTotalHaberes) +
+                       " + " + line(demo::kTotalDescuentos) + " - COALESCE(" + line(demo::kRedondeo) + ", 0)) > 0.011)"), 0);
+  // Earnings add up to the total.
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Encabezados AS E WHERE Id_TipoLiq = 1 AND abs(" + line(demo::kTotalHaberes) +
+                       " - (SELECT total(Monto) FROM Datos_Liquidacion WHERE id_Encabezado = E.id_Encabezado AND id_Concepto <= 20)) > 0.011"), 0);
+  // The header's net pay is the net pay line's.
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Encabezados AS E JOIN Datos_Liquidacion AS D ON D.id_Encabezado = E.id_Encabezado "
+                       "AND D.id_Concepto = " + std::to_string(demo::kLiquido) + " WHERE abs(E.Liquido - D.Monto) > 0.001"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Datos_Liquidacion WHERE Monto < 0"), 0);
+  // Leave is paid in some months, with the leave concept.
+  EXPECT_GT(db.integer("SELECT COUNT(*) FROM Datos_Liquidacion WHERE id_Concepto = " + std::to_string(demo::kLicencia)), 0);
+  EXPECT_GT(db.integer("SELECT COUNT(*) FROM Cotizacion WHERE id_Moneda = 2"), 11);
+}
+
+TEST_F(DemoDatabases, MappingsPointAtKelBaseIdsOrNoImportar) {
+  Db db = source();
+  Db k = kel();
+  std::set<std::string> kel_concepts, kel_types;
+  for (const auto& r : k.rows("SELECT id_Concepto FROM Conceptos")) kel_concepts.insert(r[0]);
+  for (const auto& r : k.rows("SELECT id_TipoLiq FROM TiposLiquidacion")) kel_types.insert(r[0]);
+  int no_importar = 0;
+  for (const auto& r : db.rows("SELECT CodKEL, CodOS, (SELECT COUNT(*) FROM Conceptos WHERE id_Concepto = CodOS) FROM RelacConc")) {
+    if (r[0] == "-1") {
+      ++no_importar;
+    } else {
+      EXPECT_TRUE(kel_concepts.count(r[0])) << "KEL concept " << r[0];
+    }
+    EXPECT_EQ(r[2], "1") << "source concept " << r[1];
+  }
+  EXPECT_GT(no_importar, 0);
+  for (const auto& r : db.rows("SELECT CodKEL, CodOS, (SELECT COUNT(*) FROM TiposLiquidacion WHERE id_TipoLiq = CodOS) FROM RelacTLiq")) {
+    if (r[0] != "-1") {
+      EXPECT_TRUE(kel_types.count(r[0])) << "KEL type " << r[0];
+    }
+    EXPECT_EQ(r[2], "1") << "source type " << r[1];
+  }
+  // Something is left for the user to map or to create, and some concepts no line uses.
+  EXPECT_GT(db.integer("SELECT COUNT(*) FROM Conceptos WHERE id_Concepto NOT IN (SELECT CodOS FROM RelacConc)"), 5);
+  EXPECT_GE(db.integer("SELECT COUNT(*) FROM Conceptos WHERE id_Concepto NOT IN (SELECT DISTINCT id_Concepto FROM Datos_Liquidacion)"), 4);
+  EXPECT_GT(db.integer("SELECT COUNT(*) FROM TiposLiquidacion WHERE id_TipoLiq NOT IN (SELECT CodOS FROM RelacTLiq)"), 0);
+  EXPECT_EQ(db.text("SELECT group_concat(DISTINCT TipoOperacion) FROM (SELECT TipoOperacion FROM Conceptos ORDER BY 1)"), "R,S");
+}
+
+TEST_F(DemoDatabases, KelCompanyHoldsTheBaseDataAndItsOwnPeople) {
+  Db k = kel();
+  EXPECT_GE(k.integer("SELECT COUNT(*) FROM Conceptos"), 30);
+  EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Personas"), report_->kel_rows.at("Personas"));
+  EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Contrato WHERE Id_Persona NOT IN (SELECT id_Persona FROM Personas)"), 0);
+  EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Personas WHERE id_Persona NOT IN (SELECT Id_Persona FROM Contrato)"), 0);
+  EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Legajo WHERE id_TMLegajo = 1"), k.integer("SELECT COUNT(*) FROM Contrato"));
+  // The same company as the source, so the company check passes.
+  Db s = source();
+  EXPECT_EQ(k.text("SELECT upper(Nombre) || '|' || upper(RazonSocial) FROM Empresa"),
+            s.text("SELECT upper(Nombre) || '|' || upper(RazonSocial) FROM Empresa"));
+  // KEL's own liquidation lines point at its own header and base concepts.
+  EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Datos_Liquidacion WHERE id_Encabezado NOT IN (SELECT id_Encabezado FROM Encabezados) "
+                      "OR id_Concepto NOT IN (SELECT id_Concepto FROM Conceptos)"), 0);
+  EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Encabezados WHERE id_Contrato NOT IN (SELECT Id_Contrato FROM Contrato)"), 0);
+}
+
+std::string file_bytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+TEST(DemoDeterminism, SameArgumentsSameBytesOtherSeedOtherData) {
+  TempDir dir;
+  demo::DemoOptions options;
+  options.employees = 12;
+  options.years = 1;
+  const auto a = demo::build_demo(options, {dir.file("a/O.mdb"), dir.file("a/E/D.mdb"), demo_test::schema_dir()});
+  const auto b = demo::build_demo(options, {dir.file("b/O.mdb"), dir.file("b/E/D.mdb"), demo_test::schema_dir()});
+  options.seed = 2;
+  const auto c = demo::build_demo(options, {dir.file("c/O.mdb"), dir.file("c/E/D.mdb"), demo_test::schema_dir()});
+  EXPECT_EQ(a.source_rows, b.source_rows);
+  EXPECT_EQ(a.kel_rows, b.kel_rows);
+  const std::string checksum =
+      "SELECT COUNT(*) || ':' || total(id_Encabezado * 7 + id_Concepto * 3 + Cantidad + Coeficiente + Monto) FROM Datos_Liquidacion";
+  const std::string people = "SELECT group_concat(id_Persona || NUMERO || Apellido_1 || Nombre_1, ';') FROM Personas";
+  EXPECT_EQ(Db(dir.file("a/O.mdb")).text(checksum), Db(dir.file("b/O.mdb")).text(checksum));
+  EXPECT_EQ(Db(dir.file("a/O.mdb")).text(people), Db(dir.file("b/O.mdb")).text(people));
+  EXPECT_EQ(file_bytes(dir.file("a/O.mdb")), file_bytes(dir.file("b/O.mdb")));
+  EXPECT_EQ(file_bytes(dir.file("a/E/D.mdb")), file_bytes(dir.file("b/E/D.mdb")));
+  EXPECT_NE(Db(dir.file("a/O.mdb")).text(people), Db(dir.file("c/O.mdb")).text(people));
+  EXPECT_NE(Db(dir.file("a/O.mdb")).text(checksum), Db(dir.file("c/O.mdb")).text(checksum));
+}
+
+TEST(DemoErrors, BadOptionsAndMissingSchemaAreReportedInSpanish) {
+  TempDir dir;
+  demo::DemoOptions options;
+  options.employees = 0;
+  try {
+    demo::build_demo(options, {dir.file("O.mdb"), dir.file("E/D.mdb"), demo_test::schema_dir()});
+    ADD_FAILURE() << "zero employees accepted";
+  } catch (const std::runtime_error& e) {
+    EXPECT_NE(std::string(e.what()).find("empleados"), std::string::npos) << e.what();
+  }
+  options.employees = 5;
+  try {
+    demo::build_demo(options, {dir.file("O.mdb"), dir.file("E/D.mdb"), dir.file("no-such-folder")});
+    ADD_FAILURE() << "missing schema accepted";
+  } catch (const std::runtime_error& e) {
+    EXPECT_NE(std::string(e.what()).find("pasaje.sql"), std::string::npos) << e.what();
+  }
+  EXPECT_THROW(demo::build_demo(options, {dir.file("X.mdb"), dir.file("X.mdb"), demo_test::schema_dir()}), std::runtime_error);
+}
+
+}  // namespace

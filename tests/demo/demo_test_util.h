@@ -1,0 +1,102 @@
+// tests/demo/demo_test_util.h — small helpers shared by the demo generator tests.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <random>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "demo/row_sink.h"
+
+namespace demo_test {
+
+// A fresh folder under the system temp folder, removed with the object.
+class TempDir {
+ public:
+  TempDir() {
+    std::random_device rd;
+    path_ = std::filesystem::temp_directory_path() / ("kel_demo_test_" + std::to_string(rd()) + std::to_string(rd()));
+    std::filesystem::create_directories(path_);
+  }
+  ~TempDir() {
+    std::error_code ec;
+    std::filesystem::remove_all(path_, ec);
+  }
+  const std::filesystem::path& path() const { return path_; }
+  std::string file(const std::string& name) const { return (path_ / name).string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// A read-only connection for checking what the generator wrote.
+class Db {
+ public:
+  explicit Db(const std::string& path) {
+    if (sqlite3_open_v2(path.c_str(), &db_, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) {
+      throw std::runtime_error("cannot open " + path);
+    }
+  }
+  ~Db() { sqlite3_close(db_); }
+  Db(const Db&) = delete;
+  Db& operator=(const Db&) = delete;
+
+  // All rows, each column as text ("" for Null).
+  std::vector<std::vector<std::string>> rows(std::string_view sql) const {
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(db_, std::string(sql).c_str(), -1, &st, nullptr) != SQLITE_OK) {
+      throw std::runtime_error(std::string(sqlite3_errmsg(db_)) + " in " + std::string(sql));
+    }
+    std::vector<std::vector<std::string>> out;
+    while (sqlite3_step(st) == SQLITE_ROW) {
+      std::vector<std::string> row;
+      for (int i = 0; i < sqlite3_column_count(st); ++i) {
+        const auto* t = reinterpret_cast<const char*>(sqlite3_column_text(st, i));
+        row.emplace_back(t ? t : "");
+      }
+      out.push_back(std::move(row));
+    }
+    sqlite3_finalize(st);
+    return out;
+  }
+  std::int64_t integer(std::string_view sql) const {
+    const auto r = rows(sql);
+    return r.empty() || r[0].empty() ? 0 : std::stoll(r[0][0]);
+  }
+  std::string text(std::string_view sql) const {
+    const auto r = rows(sql);
+    return r.empty() || r[0].empty() ? "" : r[0][0];
+  }
+
+ private:
+  sqlite3* db_ = nullptr;
+};
+
+// A sink that only counts rows per table name.
+class CountingSink : public demo::RowSink {
+ public:
+  int declare_table(std::string_view table, const std::vector<std::string>&) override {
+    names_.emplace_back(table);
+    return static_cast<int>(names_.size()) - 1;
+  }
+  void add_row(int table, std::span<const demo::Value>) override { ++counts_[names_.at(static_cast<std::size_t>(table))]; }
+  std::int64_t count(const std::string& table) const {
+    auto it = counts_.find(table);
+    return it == counts_.end() ? 0 : it->second;
+  }
+
+ private:
+  std::vector<std::string> names_;
+  std::map<std::string, std::int64_t> counts_;
+};
+
+inline std::string schema_dir() { return std::string(KEL_SOURCE_DIR) + "/schema"; }
+
+}  // namespace demo_test

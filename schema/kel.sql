@@ -537,12 +537,12 @@ CREATE VIEW Con_Planilla_BPS AS
 -- view is not aggregated so that a lookup by id_Dato uses the line's key.
 CREATE VIEW CDetaLiq_DiasTrab AS
   SELECT DL.id_Dato AS id_Dato,
-         COALESCE(DL.Cantidad, 0) * COALESCE(
+         COALESCE(DL.Cantidad, 0.0) * COALESCE(
            (SELECT SUM(R.Signo) FROM rConcepto_BPS AS R
-            WHERE R.id_Concepto = DL.id_Concepto AND R.CodBPS = 'DTE'), 0) AS DTE,
-         COALESCE(DL.Cantidad, 0) * COALESCE(
+            WHERE R.id_Concepto = DL.id_Concepto AND R.CodBPS = 'DTE'), 0.0) AS DTE,
+         COALESCE(DL.Cantidad, 0.0) * COALESCE(
            (SELECT SUM(R.Signo) FROM rConcepto_BPS AS R
-            WHERE R.id_Concepto = DL.id_Concepto AND R.CodBPS = 'DTP'), 0) AS DTP
+            WHERE R.id_Concepto = DL.id_Concepto AND R.CodBPS = 'DTP'), 0.0) AS DTP
   FROM Datos_Liquidacion AS DL
   WHERE DL.id_Concepto IN
         (SELECT id_Concepto FROM rConcepto_BPS WHERE CodBPS IN ('DTE', 'DTP'));
@@ -556,37 +556,37 @@ CREATE VIEW CDetaLiq_DiasTrab AS
 -- when it has no related line.
 CREATE VIEW cLiqTotBPS AS
   SELECT E.id_Encabezado AS id_Encabezado,
-         COALESCE(T.TotCod1, 0) AS TotCod1,
-         COALESCE(T.TotCod2, 0) AS TotCod2,
-         COALESCE(T.TotCod5, 0) AS TotCod5,
-         COALESCE(T.TotCod7, 0) AS TotCod7,
-         COALESCE(T.TotCod8, 0) AS TotCod8,
-         COALESCE(T.TotCod41, 0) AS TotCod41,
-         COALESCE(T.TotOtrosH, 0) AS TotOtrosH,
-         COALESCE(T.TotApo, 0) AS TotApo,
-         COALESCE(T.TotLiq, 0) AS TotLiq,
-         COALESCE(T.DTE, 0) AS DTE,
-         COALESCE(T.DTP, 0) AS DTP,
-         COALESCE(T.TotCod1AD, 0) AS TotCod1AD,
-         COALESCE(T.TotCod5AD, 0) AS TotCod5AD,
-         COALESCE(T.TotOtrosHAD, 0) AS TotOtrosHAD
+         COALESCE(T.TotCod1, 0.0) AS TotCod1,
+         COALESCE(T.TotCod2, 0.0) AS TotCod2,
+         COALESCE(T.TotCod5, 0.0) AS TotCod5,
+         COALESCE(T.TotCod7, 0.0) AS TotCod7,
+         COALESCE(T.TotCod8, 0.0) AS TotCod8,
+         COALESCE(T.TotCod41, 0.0) AS TotCod41,
+         COALESCE(T.TotOtrosH, 0.0) AS TotOtrosH,
+         COALESCE(T.TotApo, 0.0) AS TotApo,
+         COALESCE(T.TotLiq, 0.0) AS TotLiq,
+         COALESCE(T.DTE, 0.0) AS DTE,
+         COALESCE(T.DTP, 0.0) AS DTP,
+         COALESCE(T.TotCod1AD, 0.0) AS TotCod1AD,
+         COALESCE(T.TotCod5AD, 0.0) AS TotCod5AD,
+         COALESCE(T.TotOtrosHAD, 0.0) AS TotOtrosHAD
   FROM Encabezados AS E
   LEFT JOIN (
     SELECT DL.id_Encabezado AS id_Encabezado,
-           SUM(CASE WHEN R.CodBPS = '1' THEN DL.Monto * R.Signo ELSE 0 END) AS TotCod1,
-           SUM(CASE WHEN R.CodBPS = '2' THEN DL.Monto * R.Signo ELSE 0 END) AS TotCod2,
-           SUM(CASE WHEN R.CodBPS = '5' THEN DL.Monto * R.Signo ELSE 0 END) AS TotCod5,
-           SUM(CASE WHEN R.CodBPS = '7' THEN DL.Monto * R.Signo ELSE 0 END) AS TotCod7,
-           SUM(CASE WHEN R.CodBPS = '8' THEN DL.Monto * R.Signo ELSE 0 END) AS TotCod8,
-           SUM(CASE WHEN R.CodBPS = '41' THEN DL.Monto * R.Signo ELSE 0 END) AS TotCod41,
-           SUM(CASE WHEN R.CodBPS = 'OTROSH' THEN DL.Monto * R.Signo ELSE 0 END) AS TotOtrosH,
-           SUM(CASE WHEN R.CodBPS = 'APORTE' THEN DL.Monto * R.Signo ELSE 0 END) AS TotApo,
-           SUM(CASE WHEN R.CodBPS = 'LIQUIDO' THEN DL.Monto * R.Signo ELSE 0 END) AS TotLiq,
-           SUM(CASE WHEN R.CodBPS = 'DTE' THEN DL.Cantidad * R.Signo ELSE 0 END) AS DTE,
-           SUM(CASE WHEN R.CodBPS = 'DTP' THEN DL.Cantidad * R.Signo ELSE 0 END) AS DTP,
-           SUM(CASE WHEN R.CodBPS = '1AD' THEN DL.Monto * R.Signo ELSE 0 END) AS TotCod1AD,
-           SUM(CASE WHEN R.CodBPS = '5AD' THEN DL.Monto * R.Signo ELSE 0 END) AS TotCod5AD,
-           SUM(CASE WHEN R.CodBPS = 'OTROSHAD' THEN DL.Monto * R.Signo ELSE 0 END) AS TotOtrosHAD
+           SUM(CASE WHEN R.CodBPS = '1' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotCod1,
+           SUM(CASE WHEN R.CodBPS = '2' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotCod2,
+           SUM(CASE WHEN R.CodBPS = '5' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotCod5,
+           SUM(CASE WHEN R.CodBPS = '7' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotCod7,
+           SUM(CASE WHEN R.CodBPS = '8' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotCod8,
+           SUM(CASE WHEN R.CodBPS = '41' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotCod41,
+           SUM(CASE WHEN R.CodBPS = 'OTROSH' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotOtrosH,
+           SUM(CASE WHEN R.CodBPS = 'APORTE' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotApo,
+           SUM(CASE WHEN R.CodBPS = 'LIQUIDO' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotLiq,
+           SUM(CASE WHEN R.CodBPS = 'DTE' THEN DL.Cantidad * R.Signo ELSE 0.0 END) AS DTE,
+           SUM(CASE WHEN R.CodBPS = 'DTP' THEN DL.Cantidad * R.Signo ELSE 0.0 END) AS DTP,
+           SUM(CASE WHEN R.CodBPS = '1AD' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotCod1AD,
+           SUM(CASE WHEN R.CodBPS = '5AD' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotCod5AD,
+           SUM(CASE WHEN R.CodBPS = 'OTROSHAD' THEN DL.Monto * R.Signo ELSE 0.0 END) AS TotOtrosHAD
     FROM Datos_Liquidacion AS DL
     JOIN rConcepto_BPS AS R ON R.id_Concepto = DL.id_Concepto
     GROUP BY DL.id_Encabezado

@@ -1,0 +1,158 @@
+// tests/schema/consistency_test.cpp — the staging and KEL schemas agree.
+//
+// The transfer copies whole staged rows into the destination by name, so every
+// table present in both databases must have the same columns with the same
+// types, collations and keys. Also checks the saved queries' column lists that
+// other code depends on, and that no foreign key is declared.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "schema_helpers.h"
+
+namespace schema_test {
+namespace {
+
+std::set<std::string> tables_of(Db& db) {
+  std::set<std::string> names;
+  for (const auto& row : db.rows("SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite_%'")) {
+    names.insert(row[0]);
+  }
+  return names;
+}
+
+std::vector<std::string> columns_of(Db& db, const std::string& table) {
+  std::vector<std::string> names;
+  for (const auto& row : db.rows("PRAGMA table_info(\"" + table + "\")")) names.push_back(row[1]);
+  return names;
+}
+
+// One line per column: name, declared type, collation, not null, key, default.
+std::vector<std::string> column_signature(Db& db, const std::string& table) {
+  std::vector<std::string> result;
+  for (const auto& row : db.rows("PRAGMA table_info(\"" + table + "\")")) {
+    const char* type = nullptr;
+    const char* collation = nullptr;
+    int not_null = 0, primary_key = 0, autoincrement = 0;
+    sqlite3_table_column_metadata(db.handle(), "main", table.c_str(), row[1].c_str(), &type, &collation, &not_null,
+                                  &primary_key, &autoincrement);
+    result.push_back(row[1] + " " + (type ? type : "") + " " + (collation ? collation : "") + " nn=" + row[3] +
+                     " pk=" + row[5] + " def=" + row[4]);
+  }
+  return result;
+}
+
+TEST(SchemaConsistency, StagedTablesMatchTheDestinationColumnByColumn) {
+  TempDir dir;
+  Db kel(make_kel(dir.path()));
+  Db staging(make_staging(dir.path()));
+  const auto kel_tables = tables_of(kel);
+  const auto staging_tables = tables_of(staging);
+
+  // The tables the transfer reads from the staging database.
+  for (const char* table : {"Empresa", "Planillas", "Cargos", "Sectores", "Sucursales", "TRegHorario", "Obras",
+                            "CentroCosto", "Personas", "PersonasRela", "Declaraciones", "rPersonas_Dto_Comunicacion",
+                            "Contrato", "Conceptos", "TiposLiquidacion", "Encabezados", "Datos_Liquidacion",
+                            "Cotizacion"}) {
+    EXPECT_TRUE(kel_tables.count(table)) << table << " falta en kel.sql";
+    EXPECT_TRUE(staging_tables.count(table)) << table << " falta en pasaje.sql";
+  }
+
+  int shared = 0;
+  for (const auto& table : staging_tables) {
+    if (!kel_tables.count(table)) continue;
+    ++shared;
+    EXPECT_EQ(column_signature(staging, table), column_signature(kel, table)) << "tabla " << table;
+  }
+  EXPECT_GE(shared, 18);
+
+  // Only the mapping tables and the deduction catalogues are staging-only.
+  for (const auto& table : staging_tables) {
+    if (kel_tables.count(table)) continue;
+    EXPECT_TRUE(table == "RelacConc" || table == "RelacTLiq" || table.find("Deduc") != std::string::npos ||
+                table == "RelacionesFiliares" || table == "CausalesBajaRela")
+        << "tabla solo en la base de pasaje: " << table;
+  }
+  EXPECT_EQ(columns_of(staging, "RelacConc"), (std::vector<std::string>{"CodKEL", "CodOS"}));
+  EXPECT_EQ(columns_of(staging, "RelacTLiq"), (std::vector<std::string>{"CodKEL", "CodOS"}));
+}
+
+TEST(SchemaConsistency, StagedLineIdAliasIsHiddenFromTheCopiedColumns) {
+  TempDir dir;
+  Db staging(make_staging(dir.path()));
+  // id_Datos is generated: not in the copied column list, but readable.
+  const auto columns = columns_of(staging, "Datos_Liquidacion");
+  EXPECT_EQ(std::count(columns.begin(), columns.end(), "id_Datos"), 0);
+  staging.exec("INSERT INTO Datos_Liquidacion (id_Dato, id_Encabezado, id_Concepto, Monto) VALUES (41, 1, 7, 10)");
+  EXPECT_EQ(staging.value("SELECT id_Datos FROM Datos_Liquidacion WHERE id_Dato = 41"), "41");
+  // A positional insert of the copied columns is still accepted.
+  staging.exec("INSERT INTO Datos_Liquidacion VALUES (42, 1, 7, 1, 1, 0, 0, 5, NULL, 0, 0)");
+  EXPECT_EQ(staging.value("SELECT id_Datos FROM Datos_Liquidacion WHERE id_Dato = 42"), "42");
+}
+
+TEST(SchemaConsistency, NoForeignKeysAndTheKeysTheTransferReliesOn) {
+  TempDir dir;
+  Db kel(make_kel(dir.path()));
+  Db staging(make_staging(dir.path()));
+  for (Db* db : {&kel, &staging}) {
+    for (const auto& table : tables_of(*db)) {
+      EXPECT_TRUE(db->rows("PRAGMA foreign_key_list(\"" + table + "\")").empty()) << table;
+    }
+  }
+  // Unique ids the statements assume.
+  kel.exec("INSERT INTO Personas (id_Persona, NUMERO) VALUES (1, '1')");
+  EXPECT_NE(sqlite3_exec(kel.handle(), "INSERT INTO Personas (id_Persona, NUMERO) VALUES (1, '2')", nullptr, nullptr,
+                         nullptr),
+            SQLITE_OK);
+  // Every staged company row goes in as IdEmpresa 1, and a staged neutral
+  // registration 0 may join the one the transfer creates.
+  kel.exec("INSERT INTO Empresa (IdEmpresa, Nombre) VALUES (1, 'A'); INSERT INTO Empresa (IdEmpresa, Nombre) VALUES (1, 'B')");
+  kel.exec("INSERT INTO Planillas (id_planilla, id_Tplanilla) VALUES (0, 2); INSERT INTO Planillas (id_planilla, id_Tplanilla) VALUES (0, 2)");
+  EXPECT_EQ(kel.value("SELECT COUNT(*) FROM Empresa"), "2");
+  EXPECT_EQ(kel.value("SELECT COUNT(*) FROM Planillas"), "2");
+  // The scratch table numbers rows in insertion order, never reusing a number.
+  kel.exec("INSERT INTO AuxOtrosRep (C1, C2) VALUES ('5', '6'); DELETE FROM AuxOtrosRep;"
+           "INSERT INTO AuxOtrosRep (C1, C2) VALUES (7, 8)");
+  EXPECT_EQ(kel.value("SELECT id || '|' || typeof(C1) FROM AuxOtrosRep"), "2|text");
+}
+
+TEST(SchemaConsistency, SavedQueriesHaveTheColumnsTheirReadersUse) {
+  TempDir dir;
+  Db kel(make_kel(dir.path()));
+  Db staging(make_staging(dir.path()));
+  auto view_columns = [](Db& db, const std::string& view) {
+    std::vector<std::string> names;
+    for (const auto& row : db.rows("PRAGMA table_info(\"" + view + "\")")) names.push_back(row[1]);
+    return names;
+  };
+  EXPECT_EQ(view_columns(kel, "cLiqTotBPS"),
+            (std::vector<std::string>{"id_Encabezado", "TotCod1", "TotCod2", "TotCod5", "TotCod7", "TotCod8",
+                                      "TotCod41", "TotOtrosH", "TotApo", "TotLiq", "DTE", "DTP", "TotCod1AD",
+                                      "TotCod5AD", "TotOtrosHAD"}));
+  EXPECT_EQ(view_columns(kel, "CDetaLiq_DiasTrab"), (std::vector<std::string>{"id_Dato", "DTE", "DTP"}));
+  for (const char* view : {"Con_Planilla_BSE", "Con_Planilla_MTSS", "Con_Planilla_BPS"}) {
+    EXPECT_EQ(view_columns(kel, view), std::vector<std::string>{"idContrato"}) << view;
+  }
+  // The liquidation browser sorts grid column 5 as a date.
+  const auto hist = view_columns(staging, "CHistLiq");
+  ASSERT_GT(hist.size(), 8u);
+  EXPECT_EQ(hist[0], "id_Encabezado");
+  EXPECT_EQ(hist[5], "strMesDeLiq");
+  for (const char* column : {"id_Persona", "id_Contrato", "Nombres", "DescTipoLiq", "MesDeLiq", "id_TipoLiq"}) {
+    EXPECT_NE(std::find(hist.begin(), hist.end(), column), hist.end()) << column;
+  }
+  const auto lines = view_columns(staging, "cLisLiquida");
+  for (const char* column : {"Codigo", "Nombre", "Cantidad", "Coeficiente", "Monto", "TipoDato", "TipoOperacion",
+                             "id_Concepto", "id_Encabezado"}) {
+    EXPECT_NE(std::find(lines.begin(), lines.end(), column), lines.end()) << column;
+  }
+  const auto contracts = view_columns(staging, "cLstCont");
+  for (const char* column : {"NUMERO_ALTERNATIVO", "Nombres", "Apellidos", "TipoRemDesc", "SueldoCobraX",
+                             "CarNombre", "SecNombre", "NUMERO", "FECHA_INICIO", "FECHA_FIN", "id_Persona"}) {
+    EXPECT_NE(std::find(contracts.begin(), contracts.end(), column), contracts.end()) << column;
+  }
+}
+
+}  // namespace
+}  // namespace schema_test

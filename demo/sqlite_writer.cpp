@@ -50,7 +50,8 @@ SqliteWriter::SqliteWriter(const std::string& path, const std::vector<std::strin
     db_ = nullptr;
     throw std::runtime_error("No se puede crear la base de datos '" + path + "': " + msg);
   }
-  exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-65536; PRAGMA temp_store=MEMORY",
+  exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-65536; PRAGMA temp_store=MEMORY; "
+       "PRAGMA threads=2",
        "preparar la base");
   for (const std::string& script : scripts) {
     exec(read_text_file(script), "ejecutar el script '" + script + "'");

@@ -231,6 +231,11 @@ Staff plan_staff(const DemoOptions& options) {
         break;
       }
     }
+    // Some old systems numbered every contract with a suffix, even a
+    // person's only one; the preview's clean-up drops it.
+    if (p.contracts.size() == 1 && i % 20 == 4) {
+      staff.contracts[static_cast<std::size_t>(p.contracts.front())].numero_alternativo += "_1";
+    }
     // A loan is paid off in twelve instalments somewhere in the period.
     for (int ci : p.contracts) {
       ContractPlan& c = staff.contracts[static_cast<std::size_t>(ci)];

@@ -89,9 +89,12 @@ TEST_F(DemoDatabases, LiquidationMonthsLieWithinTheirContracts) {
 
 TEST_F(DemoDatabases, ContractNumbersAndAgreements) {
   Db db = source();
-  // A person with two contracts numbers them id_1 and id_2; a single contract is the id.
+  // A person with two contracts numbers them id_1 and id_2; a single contract
+  // is the id, or now and then id_1 (which the preview's clean-up shortens).
   EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Contrato AS C WHERE (SELECT COUNT(*) FROM Contrato AS B WHERE B.Id_Persona = C.Id_Persona) = 1 "
-                       "AND NUMERO_ALTERNATIVO <> CAST(Id_Persona AS TEXT)"), 0);
+                       "AND NUMERO_ALTERNATIVO NOT IN (CAST(Id_Persona AS TEXT), Id_Persona || '_1')"), 0);
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Contrato AS C WHERE (SELECT COUNT(*) FROM Contrato AS B WHERE B.Id_Persona = C.Id_Persona) = 1 "
+                       "AND NUMERO_ALTERNATIVO = Id_Persona || '_1'"), 1);
   EXPECT_GT(db.integer("SELECT COUNT(*) FROM Contrato WHERE NUMERO_ALTERNATIVO = Id_Persona || '_2'"), 0);
   EXPECT_EQ(db.integer("SELECT COUNT(*) FROM Contrato AS C WHERE (SELECT COUNT(*) FROM Contrato AS B WHERE B.Id_Persona = C.Id_Persona) = 2 "
                        "AND NUMERO_ALTERNATIVO NOT IN (Id_Persona || '_1', Id_Persona || '_2')"), 0);

@@ -1,0 +1,88 @@
+// tests/demo/sqlite_writer_test.cpp — the SQLite writer inserts by column
+// name, survives small schema changes, and writes all or nothing.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <set>
+
+#include "demo/sqlite_writer.h"
+#include "demo_test_util.h"
+
+namespace {
+
+using demo_test::Db;
+using demo_test::TempDir;
+
+std::string write_script(const TempDir& dir, const std::string& name, const std::string& text) {
+  const std::string path = dir.file(name);
+  std::ofstream(path) << text;
+  return path;
+}
+
+TEST(SqliteWriter, InsertsByNameSkippingColumnsTheSchemaLacks) {
+  TempDir dir;
+  const std::string script = write_script(
+      dir, "s.sql",
+      "CREATE TABLE Personas (id_Persona INTEGER PRIMARY KEY, Nombre_1 TEXT, NUMERO TEXT, Extra TEXT DEFAULT 'x');"
+      "CREATE INDEX ix_num ON Personas(NUMERO);");
+  const std::string db_path = dir.file("d.mdb");
+  {
+    demo::SqliteWriter w(db_path, {script});
+    // Declared in another order and case, with a column the schema lacks and a table it lacks.
+    const int t = w.declare_table("Personas", {"numero", "Apodo", "ID_PERSONA", "Nombre_1"});
+    const int gone = w.declare_table("Ausente", {"a"});
+    demo::RowBuilder row;
+    w.add_row(t, row.reset().t(" 1234567-8 ").t("Pepe").i(7).t("José").values());
+    w.add_row(t, row.reset().t("2345678_9").null().i(8).null().values());
+    w.add_row(gone, row.reset().i(1).values());
+    EXPECT_THROW(w.add_row(t, row.reset().i(1).values()), std::runtime_error);
+    w.finish();
+    EXPECT_EQ(w.row_counts().at("Personas"), 2);
+    EXPECT_EQ(w.row_counts().at("Ausente"), 0);
+    EXPECT_EQ(w.missing_columns(), std::set<std::string>{"Personas.Apodo"});
+    EXPECT_EQ(w.missing_tables(), std::set<std::string>{"Ausente"});
+  }
+  Db db(db_path);
+  EXPECT_EQ(db.text("SELECT group_concat(id_Persona || '|' || NUMERO || '|' || COALESCE(Nombre_1, '-') || '|' || Extra, ';') FROM Personas"),
+            "7| 1234567-8 |José|x;8|2345678_9|-|x");
+  // The index the writer set aside during the load is back.
+  EXPECT_EQ(db.integer("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' AND name = 'ix_num'"), 1);
+}
+
+TEST(SqliteWriter, NothingIsKeptWithoutFinishAndFailuresNameTheFile) {
+  TempDir dir;
+  const std::string script = write_script(dir, "s.sql", "CREATE TABLE T (id INTEGER PRIMARY KEY, v TEXT);");
+  const std::string db_path = dir.file("d.mdb");
+  {
+    demo::SqliteWriter w(db_path, {script});
+    const int t = w.declare_table("T", {"id", "v"});
+    demo::RowBuilder row;
+    w.add_row(t, row.reset().i(1).t("a").values());
+    // A duplicate key is refused with the table named.
+    try {
+      w.add_row(t, row.reset().i(1).t("b").values());
+      ADD_FAILURE() << "duplicate id accepted";
+    } catch (const std::runtime_error& e) {
+      EXPECT_NE(std::string(e.what()).find("insertar en T"), std::string::npos) << e.what();
+    }
+  }
+  EXPECT_EQ(Db(db_path).integer("SELECT COUNT(*) FROM T"), 0);
+
+  // A broken script and a missing one are reported with their names; an
+  // existing file is replaced, not appended to.
+  const std::string bad = write_script(dir, "bad.sql", "CREATE TABLE (;");
+  try {
+    demo::SqliteWriter w(db_path, {bad});
+    ADD_FAILURE() << "broken script accepted";
+  } catch (const std::runtime_error& e) {
+    EXPECT_NE(std::string(e.what()).find("bad.sql"), std::string::npos) << e.what();
+  }
+  EXPECT_THROW(demo::SqliteWriter(db_path, {dir.file("missing.sql")}), std::runtime_error);
+  {
+    demo::SqliteWriter w(db_path, {script});
+    w.finish();
+  }
+  EXPECT_EQ(Db(db_path).integer("SELECT COUNT(*) FROM T"), 0);
+}
+
+}  // namespace

@@ -132,9 +132,8 @@ const jet::Translation& SqliteConnection::translation_for(std::string_view jet_s
     entry.translation = jet::translate(jet_sql, *this);
   } catch (const jet::TranslateError& e) {
     attached_now_ = nullptr;
-    throw Error("No se pudo traducir la instrucción (posición " + std::to_string(e.position()) +
-                    "): " + e.what(),
-                text);
+    // The translator's message already says where the problem is.
+    throw Error(std::string("No se pudo traducir la instrucción: ") + e.what(), text);
   } catch (const Error& e) {
     attached_now_ = nullptr;
     throw Error(e.message(), text, e.translated_text());

@@ -1,0 +1,117 @@
+// Tests of `kelimport --sql`, running the built executable on a temporary
+// database.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <random>
+
+#include "run_program.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing_app::run_kelimport;
+
+class SqlConsole : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::random_device random;
+    folder_ = fs::temp_directory_path() / ("kel_console_" + std::to_string(random()));
+    fs::create_directories(folder_);
+    db_ = (folder_ / "base.db").string();
+    sqlite3* db = nullptr;
+    sqlite3_open(db_.c_str(), &db);
+    sqlite3_exec(db,
+                 "CREATE TABLE T (id INTEGER PRIMARY KEY, Nombre TEXT COLLATE NOCASE, "
+                 "Sueldo REAL, Alta TEXT);"
+                 "INSERT INTO T VALUES (1,'Ana',1500.0,'2024-02-29'),(2,'',0.25,NULL),"
+                 "(3,NULL,-3.5,'2023-12-31 08:30:00');",
+                 nullptr, nullptr, nullptr);
+    sqlite3_close(db);
+  }
+  void TearDown() override {
+    std::error_code ec;
+    fs::remove_all(folder_, ec);
+  }
+  testing_app::RunResult run(const std::vector<std::string>& args, const std::string& input = "") {
+    return run_kelimport(args, input, folder_);
+  }
+
+  fs::path folder_;
+  std::string db_;
+};
+
+TEST_F(SqlConsole, PrintsResultSetsAsTabSeparatedText) {
+  auto r = run({"--sql", db_, "Select id, Nombre, Sueldo, Alta From T Order By id;"});
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out,
+            "id\tNombre\tSueldo\tAlta\n"
+            "1\tAna\t1500\t2024-02-29\n"
+            "2\t\t0.25\tNULL\n"
+            "3\tNULL\t-3.5\t2023-12-31 08:30:00\n");
+  // A query with no rows still prints its header.
+  r = run({"--sql", db_, "Select Nombre From T Where id = 99"});
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out, "Nombre\n");
+}
+
+TEST_F(SqlConsole, ReadsStatementsEndedBySemicolonFromStandardInput) {
+  auto r = run({"--sql", db_},
+               "Insert Into T (id, Nombre)\n"
+               "  Values (4, 'Dora; la segunda');\n"
+               "\n"
+               "Update T Set Sueldo = 1 Where id >= 3;\n"
+               "Select Count(*) As N From T Where Sueldo = 1;\n"
+               "Select Nombre From T Where id = 4");  // the last one needs no ";"
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out, "N\n2\nNombre\nDora; la segunda\n");
+  EXPECT_NE(r.err.find("1 fila afectada"), std::string::npos) << r.err;
+  EXPECT_NE(r.err.find("2 filas afectadas"), std::string::npos) << r.err;
+}
+
+TEST_F(SqlConsole, StopsAtTheFirstRefusedStatement) {
+  auto r = run({"--sql", db_},
+               "Delete From T Where id = 1;\n"
+               "Select Nada From NoExiste;\n"
+               "Delete From T Where id = 2;\n");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_NE(r.err.find("Error: La base de datos rechazó la instrucción"), std::string::npos)
+      << r.err;
+  EXPECT_NE(r.err.find("Instrucción: Select Nada From NoExiste"), std::string::npos) << r.err;
+  r = run({"--sql", db_, "Select id From T Order By id"});
+  EXPECT_EQ(r.out, "id\n2\n3\n") << "the first delete ran, the last did not";
+
+  r = run({"--sql", db_, "Selec id Fro T"});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_NE(r.err.find("No se pudo traducir"), std::string::npos) << r.err;
+}
+
+TEST_F(SqlConsole, ExplainPrintsTheTranslationWithoutRunning) {
+  auto r = run({"--sql", "--explain", db_, "Delete From T Where Nombre Like 'A*'"});
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("jet_like"), std::string::npos) << r.out;
+  r = run({"--sql", db_, "Select Count(*) As N From T"});
+  EXPECT_EQ(r.out, "N\n3\n");
+}
+
+TEST_F(SqlConsole, BadCommandLinesAndDatabases) {
+  auto r = run({"--sql", (folder_ / "falta.db").string(), "Select 1"});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_NE(r.err.find("No se encuentra el archivo"), std::string::npos) << r.err;
+  EXPECT_FALSE(fs::exists(folder_ / "falta.db"));
+
+  r = run({"--sql"});
+  EXPECT_EQ(r.status, 2);
+  EXPECT_NE(r.err.find("Falta la base de datos"), std::string::npos);
+  r = run({"--sql", db_, "Select 1", "extra"});
+  EXPECT_EQ(r.status, 2);
+  r = run({"--sql", "--desconocida", db_});
+  EXPECT_EQ(r.status, 2);
+  r = run({"--sql", "--help"});
+  EXPECT_EQ(r.status, 0);
+  EXPECT_NE(r.out.find("Uso: kelimport --sql"), std::string::npos);
+  r = run({"--modo-que-no-existe"});
+  EXPECT_EQ(r.status, 2);
+}
+
+}  // namespace

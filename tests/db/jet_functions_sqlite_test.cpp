@@ -1,0 +1,183 @@
+// tests/db/jet_functions_sqlite_test.cpp — the jet_* SQLite functions called
+// from native SQL on an in-memory database: registration (names, arities,
+// determinism), conversions between SQLite values and results, the fast
+// paths against the generic ones, and errors as SQLite errors.
+#include <gtest/gtest.h>
+
+#include <sqlite3.h>
+
+#include <string>
+
+#include "db/jet/emitter_functions.h"
+#include "db/jet/functions.h"
+#include "db/jet_functions_sqlite.h"
+
+namespace {
+
+class JetSqlite : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(sqlite3_open(":memory:", &db_), SQLITE_OK);
+    db::register_jet_functions(db_);
+  }
+  void TearDown() override { sqlite3_close(db_); }
+
+  // The single value of a one-row, one-column query as "type:text"
+  // ("int:12", "real:1.5", "text:abc", "null"), or "error:<message>".
+  std::string one(const std::string& sql) {
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK)
+      return "prepare:" + std::string(sqlite3_errmsg(db_));
+    std::string out;
+    int rc = sqlite3_step(stmt);
+    if (rc == SQLITE_ROW) {
+      switch (sqlite3_column_type(stmt, 0)) {
+        case SQLITE_INTEGER: out = "int:" + std::to_string(sqlite3_column_int64(stmt, 0)); break;
+        case SQLITE_FLOAT: out = "real:" + db::jet::cstr_number(sqlite3_column_double(stmt, 0)); break;
+        case SQLITE_NULL: out = "null"; break;
+        default: out = "text:" + std::string(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0))); break;
+      }
+    } else {
+      out = "error:" + std::string(sqlite3_errmsg(db_));
+    }
+    sqlite3_finalize(stmt);
+    return out;
+  }
+
+  void exec(const std::string& sql) { ASSERT_EQ(sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db_); }
+
+  sqlite3* db_ = nullptr;
+};
+
+TEST_F(JetSqlite, EveryFunctionTheTranslatorEmitsIsRegisteredWithItsArities) {
+  for (const char* name : {"Nz", "Val", "CDate", "CStr", "CBool", "CInt", "CLng", "CDbl", "Format", "InStr", "Left",
+                           "Right", "Mid", "Len", "Trim", "LTrim", "RTrim", "UCase", "LCase", "Round", "Abs", "Int",
+                           "Fix", "Sgn", "Date", "Now", "Year", "Month", "Day", "DateSerial", "DateAdd",
+                           "DateDiff"}) {
+    const db::jet::FunctionInfo* info = db::jet::FindFunction(name);
+    ASSERT_NE(info, nullptr) << name;
+    ASSERT_EQ(info->kind, db::jet::FunctionKind::kUdf) << name;
+    for (int n = info->min_args; n <= info->max_args; ++n) {
+      std::string sql = "SELECT " + std::string(info->sqlite_name) + "(";
+      for (int i = 0; i < n; ++i) sql += i == 0 ? "NULL" : ", NULL";
+      sql += ")";
+      sqlite3_stmt* stmt = nullptr;
+      EXPECT_EQ(sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr), SQLITE_OK) << sql << ": " << sqlite3_errmsg(db_);
+      sqlite3_finalize(stmt);
+    }
+  }
+  for (const char* op : {"jet_concat(1,2)", "jet_like('a','a')", "jet_intdiv(1,2)", "jet_mod(1,2)", "jet_pow(1,2)",
+                         "jet_not(1)", "jet_and(1,2)", "jet_or(1,2)", "jet_xor(1,2)", "jet_eqv(1,2)",
+                         "jet_imp(1,2)", "jet_instr(1,'a','a',0)", "jet_space(2)", "jet_hour('13:00')",
+                         "jet_minute(0)", "jet_second(0)", "jet_weekday(0)"}) {
+    EXPECT_EQ(one(std::string("SELECT ") + op).rfind("prepare:", 0), std::string::npos) << op;
+  }
+}
+
+TEST_F(JetSqlite, DeterminismAllowsIndexesButNotForTheClock) {
+  exec("CREATE TABLE P (Numero TEXT)");
+  exec("CREATE INDEX P_Val ON P (jet_val(Numero))");  // refused for non-deterministic functions
+  sqlite3_stmt* stmt = nullptr;
+  EXPECT_NE(sqlite3_prepare_v2(db_, "CREATE INDEX P_Now ON P (jet_now())", -1, &stmt, nullptr), SQLITE_OK);
+  sqlite3_finalize(stmt);
+  EXPECT_EQ(one("SELECT length(jet_now()) >= 10"), "int:1");
+}
+
+TEST_F(JetSqlite, ValuesCrossTheBoundaryWithTheirTypes) {
+  EXPECT_EQ(one("SELECT jet_val(' 12abc')"), "int:12");
+  EXPECT_EQ(one("SELECT jet_val('1.5e2')"), "int:150");
+  EXPECT_EQ(one("SELECT jet_val('2.5')"), "real:2.5");
+  EXPECT_EQ(one("SELECT jet_val(7.25)"), "real:7.25");
+  EXPECT_EQ(one("SELECT jet_val(NULL)"), "null");
+  EXPECT_EQ(one("SELECT jet_val('')"), "int:0");
+  EXPECT_EQ(one("SELECT jet_cdate('29/02/2024')"), "text:2024-02-29");
+  EXPECT_EQ(one("SELECT jet_cdate('2024-02-29')"), "text:2024-02-29");
+  EXPECT_EQ(one("SELECT jet_cdate('2024-02-29 13:05:00')"), "text:2024-02-29 13:05:00");
+  EXPECT_EQ(one("SELECT jet_cdate(45351)"), "text:2024-02-29");
+  EXPECT_EQ(one("SELECT jet_cstr('2024-02-29')"), "text:29/02/2024");
+  EXPECT_EQ(one("SELECT jet_cstr(2.0)"), "text:2");
+  EXPECT_EQ(one("SELECT jet_cstr(jet_round(1234.565, 2))"), "text:1234.56");
+  EXPECT_EQ(one("SELECT jet_nz(NULL)"), "text:");
+  EXPECT_EQ(one("SELECT jet_nz(NULL, 0)"), "int:0");
+  EXPECT_EQ(one("SELECT jet_nz(3.5, 0)"), "real:3.5");
+  EXPECT_EQ(one("SELECT jet_cbool(7)"), "int:-1");
+  EXPECT_EQ(one("SELECT jet_year('2024-02-29')"), "int:2024");
+  EXPECT_EQ(one("SELECT jet_month('29/02/2024')"), "int:2");
+  EXPECT_EQ(one("SELECT jet_day(45351)"), "int:29");
+  EXPECT_EQ(one("SELECT jet_dateserial(2024, 14, 1)"), "text:2025-02-01");
+  EXPECT_EQ(one("SELECT jet_dateadd('m', 1, '2024-01-31')"), "text:2024-02-29");
+  EXPECT_EQ(one("SELECT jet_datediff('d', '2024-01-01', '2024-03-01')"), "int:60");
+  EXPECT_EQ(one("SELECT jet_date() = date('now', 'localtime')"), "int:1");
+}
+
+TEST_F(JetSqlite, TextFunctionsReadSqliteTextInPlace) {
+  EXPECT_EQ(one("SELECT jet_left('Peña', 3)"), "text:Peñ");
+  EXPECT_EQ(one("SELECT jet_right('12345-6', 1)"), "text:6");
+  EXPECT_EQ(one("SELECT jet_left(123456, 2)"), "text:12");
+  EXPECT_EQ(one("SELECT jet_right(2.5, 2)"), "text:.5");
+  EXPECT_EQ(one("SELECT jet_left('abc', 1.6)"), "text:ab");  // generic path rounds the count
+  EXPECT_EQ(one("SELECT jet_left('abc', '2')"), "text:ab");
+  EXPECT_EQ(one("SELECT jet_left(NULL, 2)"), "null");
+  EXPECT_EQ(one("SELECT jet_mid('abcdef', 2, 3)"), "text:bcd");
+  EXPECT_EQ(one("SELECT jet_mid('abcdef', 5)"), "text:ef");
+  EXPECT_EQ(one("SELECT jet_len('Ñandú')"), "int:5");
+  EXPECT_EQ(one("SELECT jet_len(2.5)"), "int:3");
+  EXPECT_EQ(one("SELECT jet_trim('  a  ')"), "text:a");
+  EXPECT_EQ(one("SELECT jet_ltrim('  a  ')"), "text:a  ");
+  EXPECT_EQ(one("SELECT jet_rtrim('a')"), "text:a");
+  EXPECT_EQ(one("SELECT jet_trim(12)"), "text:12");
+  EXPECT_EQ(one("SELECT jet_ucase('peña')"), "text:PEÑA");
+  EXPECT_EQ(one("SELECT jet_lcase('PEÑA')"), "text:peña");
+  EXPECT_EQ(one("SELECT jet_instr('12345-6', '-')"), "int:6");
+  EXPECT_EQ(one("SELECT jet_instr(3, 'a-b-c', '-')"), "int:4");
+  EXPECT_EQ(one("SELECT jet_instr(2.0, 'a-b-c', '-')"), "int:2");
+  EXPECT_EQ(one("SELECT jet_instr(1, 'aBc', 'b', 0)"), "int:0");
+  EXPECT_EQ(one("SELECT jet_instr('JOSÉ', 'é')"), "int:4");
+  EXPECT_EQ(one("SELECT jet_instr(NULL, 'a')"), "null");
+  EXPECT_EQ(one("SELECT jet_concat('a', NULL)"), "text:a");
+  EXPECT_EQ(one("SELECT jet_concat(NULL, NULL)"), "null");
+  EXPECT_EQ(one("SELECT jet_concat(1000000000 + 5, '_' || 1)"), "text:1000000005_1");
+  EXPECT_EQ(one("SELECT jet_concat(0.5, 2.0)"), "text:0.52");
+  EXPECT_EQ(one("SELECT jet_concat('', '')"), "text:");
+  EXPECT_EQ(one("SELECT jet_like('Pérez', 'P*')"), "int:-1");
+  EXPECT_EQ(one("SELECT jet_like('PÉREZ', '*érez')"), "int:-1");
+  EXPECT_EQ(one("SELECT jet_like('abc', 'a#c')"), "int:0");
+  EXPECT_EQ(one("SELECT jet_like(NULL, 'a')"), "null");
+  EXPECT_EQ(one("SELECT jet_format('2024-02-29', 'MM/yyyy')"), "text:02/2024");
+  EXPECT_EQ(one("SELECT jet_format(1234.5, 'Standard')"), "text:1,234.50");
+  EXPECT_EQ(one("SELECT jet_format(0.5)"), "text:0.5");
+  EXPECT_EQ(one("SELECT jet_format(NULL, '0')"), "null");
+  EXPECT_EQ(one("SELECT jet_cdate(jet_format('2024-02-17', 'MM/yyyy'))"), "text:2024-02-01");
+}
+
+TEST_F(JetSqlite, RefusedArgumentsFailTheStatementInSpanish) {
+  EXPECT_EQ(one("SELECT jet_cdate('abc')"), "error:Tipo de dato no coincide en CDate: 'abc'");
+  EXPECT_EQ(one("SELECT jet_cint(40000)"), "error:Desbordamiento en CInt: 40000");
+  EXPECT_EQ(one("SELECT jet_left('abc', -1)"), "error:Argumento no válido en Left: -1");
+  EXPECT_EQ(one("SELECT jet_mid('abc', 0, 1)"), "error:Argumento no válido en Mid: 0");
+  EXPECT_EQ(one("SELECT jet_instr(0, 'abc', 'a')"), "error:Argumento no válido en InStr: 0");
+  EXPECT_EQ(one("SELECT jet_intdiv(1, 0)"), "error:División por cero");
+  EXPECT_EQ(one("SELECT jet_like('a', '[a')"), "error:Patrón no válido en Like: '[a'");
+  EXPECT_EQ(one("SELECT jet_year('mañana')"), "error:Tipo de dato no coincide en Year: 'mañana'");
+  EXPECT_EQ(one("SELECT jet_dateadd('x', 1, '2024-01-01')"), "error:Intervalo no válido en DateAdd: 'x'");
+}
+
+TEST_F(JetSqlite, FunctionsWorkOverTableRows) {
+  exec("CREATE TABLE Personas (id INTEGER PRIMARY KEY, Numero TEXT COLLATE NOCASE, Alta TEXT, Activo INTEGER)");
+  exec("INSERT INTO Personas VALUES (1,'1234567-8','2024-02-29',-1),(2,'007','1999-12-31 23:59:59',0),"
+       "(3,NULL,NULL,NULL),(4,'12_3','2000-01-01',-1)");
+  EXPECT_EQ(one("SELECT group_concat(jet_concat(jet_left(Numero, jet_len(Numero) - 2), jet_right(Numero, 1)), '|') "
+                "FROM Personas WHERE jet_instr(Numero, '-') <> 0"),
+            "text:12345678");
+  EXPECT_EQ(one("SELECT sum(jet_val(Numero)) FROM Personas"), "int:1234586");
+  EXPECT_EQ(one("SELECT group_concat(jet_format(Alta, 'MM/yyyy'), ',') FROM Personas"),
+            "text:02/2024,12/1999,01/2000");
+  EXPECT_EQ(one("SELECT group_concat(jet_cstr(Alta), ',') FROM Personas"),
+            "text:29/02/2024,31/12/1999 23:59:59,01/01/2000");
+  EXPECT_EQ(one("SELECT count(*) FROM Personas WHERE jet_cdate(jet_format(Alta, 'MM/yyyy')) = '2024-02-01'"),
+            "int:1");
+  EXPECT_EQ(one("SELECT group_concat(jet_concat(Numero, Activo), ',') FROM Personas"),
+            "text:1234567-8-1,0070,12_3-1");
+}
+
+}  // namespace

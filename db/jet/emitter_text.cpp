@@ -64,6 +64,8 @@ std::string SqliteString(std::string_view value) {
 
 std::string StripOuterParens(const std::string& text) {
   if (text.size() < 2 || text.front() != '(' || text.back() != ')') return text;
+  // A scalar subquery's parentheses are part of its syntax.
+  if (text.compare(0, 8, "(SELECT ") == 0) return text;
   int depth = 0;
   char quote = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {

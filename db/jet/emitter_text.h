@@ -14,7 +14,8 @@ std::string SqliteIdentifier(std::string_view name);
 std::string SqliteString(std::string_view value);
 
 // `text` without its outermost parentheses when one pair encloses all of it
-// ("(a = 1)" -> "a = 1"; "(a) + (b)" is left alone). Quotes are respected.
+// ("(a = 1)" -> "a = 1"; "(a) + (b)" and "(SELECT ...)" are left alone).
+// Quotes are respected.
 std::string StripOuterParens(const std::string& text);
 
 }  // namespace db::jet

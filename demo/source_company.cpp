@@ -14,8 +14,8 @@ void write_source_company(const DemoOptions& options, RowSink& sink) {
                   "DiasXMesEnContrato", "TomaDTdeCont", "LicEnUnSoloMes", "PrimDiaExtraDeLicaPartir",
                   "MaxDiasExtraDeLic", "DiasDeLicAnuales", "CodPost", "TomaHLDRsiTDTC", "TomaDLicEnProm",
                   "CodigoEmp", "PieDeImpresion"});
-  // The source numbered its company 7: the transfer always writes it as 1.
-  row.reset().i(7).t("Demo S.A.").t("Demostraciones Comerciales Sociedad Anónima").t("Av. 18 de Julio 1456 of. 701")
+  // Id 1: the preview joins the company to its BPS registration on it.
+  row.reset().i(1).t("Demo S.A.").t("Demostraciones Comerciales Sociedad Anónima").t("Av. 18 de Julio 1456 of. 701")
       .t("214567890018").t("administracion@demo.com.uy").t("2901 4567").t("2901 4568").t("Cra. Laura Méndez")
       .t("Empresa de demostración").i(1).i(2).t("Estudio Contable Pereira & Asoc.").t("Colonia 1020 esc. 3")
       .t("2902 1133").t("").t("Cr. Álvaro Pereira").t("estudio@pereira.com.uy").i(1).i(0)

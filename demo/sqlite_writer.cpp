@@ -41,21 +41,34 @@ std::string read_text_file(const std::string& path) {
 }
 
 SqliteWriter::SqliteWriter(const std::string& path, const std::vector<std::string>& scripts)
-    : path_(path) {
+    : path_(path), work_path_(path + ".tmp") {
+  // Scripts are read before anything is touched, and the database is built
+  // beside its final name: an existing file is replaced only by a complete one.
+  std::vector<std::string> texts;
+  for (const std::string& script : scripts) texts.push_back(read_text_file(script));
   std::error_code ec;
-  std::filesystem::remove(path, ec);
-  if (sqlite3_open_v2(path.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK) {
+  std::filesystem::remove(work_path_, ec);
+  if (sqlite3_open_v2(work_path_.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK) {
     std::string msg = db_ ? sqlite3_errmsg(db_) : "sin memoria";
     sqlite3_close(db_);
     db_ = nullptr;
     throw std::runtime_error("No se puede crear la base de datos '" + path + "': " + msg);
   }
+  try {
+    prepare(scripts, texts);
+  } catch (...) {
+    sqlite3_close(db_);
+    db_ = nullptr;
+    std::filesystem::remove(work_path_, ec);
+    throw;
+  }
+}
+
+void SqliteWriter::prepare(const std::vector<std::string>& scripts, const std::vector<std::string>& texts) {
   exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-65536; PRAGMA temp_store=MEMORY; "
        "PRAGMA threads=2",
        "preparar la base");
-  for (const std::string& script : scripts) {
-    exec(read_text_file(script), "ejecutar el script '" + script + "'");
-  }
+  for (std::size_t i = 0; i < scripts.size(); ++i) exec(texts[i], "ejecutar el script '" + scripts[i] + "'");
   // Indexes are built once the rows are in: one sorted pass is far cheaper
   // than keeping them up to date row by row.
   {
@@ -76,9 +89,10 @@ SqliteWriter::SqliteWriter(const std::string& path, const std::vector<std::strin
 
 SqliteWriter::~SqliteWriter() {
   for (Target& t : targets_) sqlite3_finalize(t.stmt);
-  if (db_) {
-    if (!finished_) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
-    sqlite3_close(db_);
+  if (db_) sqlite3_close(db_);
+  if (!finished_) {
+    std::error_code ec;
+    std::filesystem::remove(work_path_, ec);
   }
 }
 
@@ -179,9 +193,12 @@ void SqliteWriter::finish() {
   }
   for (const auto& index : deferred_indexes_) exec(index.second, "crear el índice " + index.first);
   exec("COMMIT", "confirmar los datos");
-  finished_ = true;
   if (sqlite3_close(db_) != SQLITE_OK) fail("cerrar la base");
   db_ = nullptr;
+  std::error_code ec;
+  std::filesystem::rename(work_path_, path_, ec);
+  if (ec) throw std::runtime_error("No se puede reemplazar '" + path_ + "': " + ec.message());
+  finished_ = true;
 }
 
 }  // namespace demo

@@ -29,9 +29,11 @@ namespace demo {
 
 class SqliteWriter final : public RowSink {
  public:
-  // Creates `path` afresh (an existing file is replaced), runs every script of
-  // `scripts` in order and starts the transaction. Throws std::runtime_error
-  // with a Spanish message naming the file when a script is missing or fails.
+  // Builds a new database to take the place of `path`: runs every script of
+  // `scripts` in order and starts the transaction. The rows go into
+  // `path` + ".tmp", which finish() renames to `path`; until then an existing
+  // `path` is left as it was. Throws std::runtime_error with a Spanish message
+  // naming the file when a script is missing or fails.
   SqliteWriter(const std::string& path, const std::vector<std::string>& scripts);
   ~SqliteWriter() override;
   SqliteWriter(const SqliteWriter&) = delete;
@@ -40,8 +42,8 @@ class SqliteWriter final : public RowSink {
   int declare_table(std::string_view table, const std::vector<std::string>& columns) override;
   void add_row(int table, std::span<const Value> values) override;
 
-  // Commits and closes the file. Until then nothing is durable; a writer
-  // destroyed without finish() rolls back and leaves an empty-schema file.
+  // Builds the indexes, commits, closes and puts the file in place. A writer
+  // destroyed without finish() deletes its work file and leaves `path` alone.
   void finish();
 
   // Rows written per table (as the schema spells the table).
@@ -59,10 +61,12 @@ class SqliteWriter final : public RowSink {
     std::int64_t* count = nullptr;
   };
 
+  void prepare(const std::vector<std::string>& scripts, const std::vector<std::string>& texts);
   void exec(const std::string& sql, const std::string& what);
   [[noreturn]] void fail(const std::string& what);
 
   std::string path_;
+  std::string work_path_;
   sqlite3* db_ = nullptr;
   bool finished_ = false;
   std::vector<Target> targets_;

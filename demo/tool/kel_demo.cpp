@@ -85,6 +85,13 @@ int main(int argc, char** argv) {
                 static_cast<long long>(r.persons), static_cast<long long>(r.contracts),
                 static_cast<long long>(r.liquidations.headers), static_cast<long long>(r.liquidations.lines),
                 r.seconds);
+    auto list = [](const char* title, const std::map<std::string, std::int64_t>& rows) {
+      std::printf("%s:", title);
+      for (const auto& [table, count] : rows) std::printf(" %s %lld", table.c_str(), static_cast<long long>(count));
+      std::printf("\n");
+    };
+    list("Filas del origen", r.source_rows);
+    list("Filas de la empresa KEL", r.kel_rows);
     for (const std::string& m : r.missing) std::printf("Aviso: el esquema no tiene %s\n", m.c_str());
     return 0;
   } catch (const std::exception& e) {

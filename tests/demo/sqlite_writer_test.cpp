@@ -49,27 +49,34 @@ TEST(SqliteWriter, InsertsByNameSkippingColumnsTheSchemaLacks) {
   EXPECT_EQ(db.integer("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' AND name = 'ix_num'"), 1);
 }
 
-TEST(SqliteWriter, NothingIsKeptWithoutFinishAndFailuresNameTheFile) {
+TEST(SqliteWriter, AnExistingFileIsReplacedOnlyByAFinishedOne) {
   TempDir dir;
   const std::string script = write_script(dir, "s.sql", "CREATE TABLE T (id INTEGER PRIMARY KEY, v TEXT);");
   const std::string db_path = dir.file("d.mdb");
+  demo::RowBuilder row;
+  {
+    demo::SqliteWriter w(db_path, {script});
+    w.add_row(w.declare_table("T", {"id", "v"}), row.reset().i(1).t("a").values());
+    w.finish();
+  }
   {
     demo::SqliteWriter w(db_path, {script});
     const int t = w.declare_table("T", {"id", "v"});
-    demo::RowBuilder row;
-    w.add_row(t, row.reset().i(1).t("a").values());
+    w.add_row(t, row.reset().i(2).t("b").values());
     // A duplicate key is refused with the table named.
     try {
-      w.add_row(t, row.reset().i(1).t("b").values());
+      w.add_row(t, row.reset().i(2).t("c").values());
       ADD_FAILURE() << "duplicate id accepted";
     } catch (const std::runtime_error& e) {
       EXPECT_NE(std::string(e.what()).find("insertar en T"), std::string::npos) << e.what();
     }
+    // Abandoned without finish: the earlier file stays.
   }
-  EXPECT_EQ(Db(db_path).integer("SELECT COUNT(*) FROM T"), 0);
+  EXPECT_EQ(Db(db_path).text("SELECT group_concat(v) FROM T"), "a");
+  EXPECT_FALSE(std::filesystem::exists(db_path + ".tmp"));
 
-  // A broken script and a missing one are reported with their names; an
-  // existing file is replaced, not appended to.
+  // A broken script and a missing one are reported with their names and
+  // leave the earlier file alone.
   const std::string bad = write_script(dir, "bad.sql", "CREATE TABLE (;");
   try {
     demo::SqliteWriter w(db_path, {bad});
@@ -77,12 +84,21 @@ TEST(SqliteWriter, NothingIsKeptWithoutFinishAndFailuresNameTheFile) {
   } catch (const std::runtime_error& e) {
     EXPECT_NE(std::string(e.what()).find("bad.sql"), std::string::npos) << e.what();
   }
-  EXPECT_THROW(demo::SqliteWriter(db_path, {dir.file("missing.sql")}), std::runtime_error);
+  try {
+    demo::SqliteWriter w(db_path, {dir.file("missing.sql")});
+    ADD_FAILURE() << "missing script accepted";
+  } catch (const std::runtime_error& e) {
+    EXPECT_NE(std::string(e.what()).find("missing.sql"), std::string::npos) << e.what();
+  }
+  EXPECT_EQ(Db(db_path).text("SELECT group_concat(v) FROM T"), "a");
+
+  // A finished second writer replaces the file whole.
   {
     demo::SqliteWriter w(db_path, {script});
+    w.add_row(w.declare_table("T", {"id", "v"}), row.reset().i(3).t("z").values());
     w.finish();
   }
-  EXPECT_EQ(Db(db_path).integer("SELECT COUNT(*) FROM T"), 0);
+  EXPECT_EQ(Db(db_path).text("SELECT group_concat(v) FROM T"), "z");
 }
 
 }  // namespace

@@ -95,30 +95,22 @@ std::string Emitter::Value(const Expr& e) {
     default:  // Is Null, In, Between, Exists
       return "-" + Bool(e);
   }
-  const Expr& a = *e.args[0];
-  const Expr& b = *e.args[1];
+  if (IsBoolean(e) && !(e.op == Op::kLike && !e.negated)) return "-" + Bool(e);
+  // Operands are emitted left to right (databases attach in reading order).
+  std::string a = Value(*e.args[0]);
+  std::string b = Value(*e.args[1]);
   switch (e.op) {
-    case Op::kAdd: return "(" + Value(a) + " + " + Value(b) + ")";
-    case Op::kSub: return "(" + Value(a) + " - " + Value(b) + ")";
-    case Op::kMul: return "(" + Value(a) + " * " + Value(b) + ")";
-    case Op::kDiv: return "(CAST(" + Value(a) + " AS REAL) / " + Value(b) + ")";
-    case Op::kIntDiv: return Call2("jet_intdiv", Value(a), Value(b));
-    case Op::kMod: return Call2("jet_mod", Value(a), Value(b));
-    case Op::kPow: return Call2("jet_pow", Value(a), Value(b));
-    case Op::kConcat: return Call2("jet_concat", Value(a), Value(b));
-    case Op::kLike:
-      if (!e.negated) return Call2("jet_like", Value(a), Value(b));
-      return "-" + Bool(e);
-    case Op::kAnd:
-    case Op::kOr:
-      if (IsBoolean(e)) return "-" + Bool(e);
-      return Call2(LogicFunction(e.op), Value(a), Value(b));
-    case Op::kXor:
-    case Op::kEqv:
-    case Op::kImp:
-      return Call2(LogicFunction(e.op), Value(a), Value(b));
-    default:  // comparisons
-      return "-" + Bool(e);
+    case Op::kAdd: return "(" + a + " + " + b + ")";
+    case Op::kSub: return "(" + a + " - " + b + ")";
+    case Op::kMul: return "(" + a + " * " + b + ")";
+    case Op::kDiv: return "(CAST(" + a + " AS REAL) / " + b + ")";
+    case Op::kIntDiv: return Call2("jet_intdiv", a, b);
+    case Op::kMod: return Call2("jet_mod", a, b);
+    case Op::kPow: return Call2("jet_pow", a, b);
+    case Op::kConcat: return Call2("jet_concat", a, b);
+    case Op::kLike: return Call2("jet_like", a, b);
+    default:  // And, Or on values; Xor, Eqv, Imp
+      return Call2(LogicFunction(e.op), a, b);
   }
 }
 
@@ -134,7 +126,9 @@ std::string Emitter::Comparison(const Expr& e) {
     bool is_true = literal.boolean_value == (e.op == Op::kEq);
     return "(" + Value(other) + (is_true ? " <> 0)" : " = 0)");
   }
-  return "(" + Value(a) + " " + ComparisonText(e.op) + " " + Value(b) + ")";
+  std::string left = Value(a);
+  std::string right = Value(b);
+  return "(" + left + " " + ComparisonText(e.op) + " " + right + ")";
 }
 
 std::string Emitter::Bool(const Expr& e) {
@@ -144,19 +138,25 @@ std::string Emitter::Bool(const Expr& e) {
     case ExprKind::kIsNull:
       return "(" + Value(*e.args[0]) + (e.negated ? " IS NOT NULL)" : " IS NULL)");
     case ExprKind::kInList: {
+      std::string left = Value(*e.args[0]);
       std::string list;
       for (std::size_t i = 1; i < e.args.size(); ++i) {
         if (i > 1) list += ", ";
         list += Value(*e.args[i]);
       }
-      return "(" + Value(*e.args[0]) + (e.negated ? " NOT IN (" : " IN (") + list + "))";
+      return "(" + left + (e.negated ? " NOT IN (" : " IN (") + list + "))";
     }
-    case ExprKind::kInSelect:
-      return "(" + Value(*e.args[0]) + (e.negated ? " NOT IN (" : " IN (") +
-             EmitSelect(*e.select) + "))";
-    case ExprKind::kBetween:
-      return "(" + Value(*e.args[0]) + (e.negated ? " NOT BETWEEN " : " BETWEEN ") +
-             Value(*e.args[1]) + " AND " + Value(*e.args[2]) + ")";
+    case ExprKind::kInSelect: {
+      std::string left = Value(*e.args[0]);
+      return "(" + left + (e.negated ? " NOT IN (" : " IN (") + EmitSelect(*e.select) + "))";
+    }
+    case ExprKind::kBetween: {
+      std::string value = Value(*e.args[0]);
+      std::string low = Value(*e.args[1]);
+      std::string high = Value(*e.args[2]);
+      return "(" + value + (e.negated ? " NOT BETWEEN " : " BETWEEN ") + low + " AND " + high +
+             ")";
+    }
     case ExprKind::kExists:
       return "(EXISTS (" + EmitSelect(*e.select) + "))";
     case ExprKind::kCall:
@@ -168,11 +168,16 @@ std::string Emitter::Bool(const Expr& e) {
     case ExprKind::kBinary:
       if (IsComparison(e.op)) return Comparison(e);
       if (e.op == Op::kLike) {
-        std::string like = "(" + Call2("jet_like", Value(*e.args[0]), Value(*e.args[1])) + " <> 0)";
+        std::string text = Value(*e.args[0]);
+        std::string pattern = Value(*e.args[1]);
+        std::string like = "(" + Call2("jet_like", text, pattern) + " <> 0)";
         return e.negated ? "(NOT " + like + ")" : like;
       }
-      if (e.op == Op::kAnd) return "(" + Bool(*e.args[0]) + " AND " + Bool(*e.args[1]) + ")";
-      if (e.op == Op::kOr) return "(" + Bool(*e.args[0]) + " OR " + Bool(*e.args[1]) + ")";
+      if (e.op == Op::kAnd || e.op == Op::kOr) {
+        std::string left = Bool(*e.args[0]);
+        std::string right = Bool(*e.args[1]);
+        return "(" + left + (e.op == Op::kAnd ? " AND " : " OR ") + right + ")";
+      }
       break;
     default:
       break;
@@ -206,9 +211,10 @@ std::string Emitter::Call(const Expr& e, bool boolean) {
       return boolean ? test : "-" + test;
     }
     // IIf: a Null condition takes the else branch, as CASE does.
-    return "CASE WHEN " + StripOuterParens(Bool(*e.args[0])) + " THEN " +
-           StripOuterParens(Value(*e.args[1])) + " ELSE " + StripOuterParens(Value(*e.args[2])) +
-           " END";
+    std::string condition = StripOuterParens(Bool(*e.args[0]));
+    std::string then_value = StripOuterParens(Value(*e.args[1]));
+    std::string else_value = StripOuterParens(Value(*e.args[2]));
+    return "CASE WHEN " + condition + " THEN " + then_value + " ELSE " + else_value + " END";
   }
   std::string text = std::string(info->sqlite_name) + "(";
   if (star) {

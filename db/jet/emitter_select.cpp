@@ -109,8 +109,10 @@ std::string Emitter::EmitFromItem(const FromItem& item, bool right_operand) {
                                                     : " RIGHT JOIN ";
   // Joins associate to the left, so a parenthesised join on the left needs no
   // parentheses; one on the right keeps them.
-  std::string text = EmitFromItem(*item.left, false) + join + EmitFromItem(*item.right, true) +
-                     " ON " + StripOuterParens(Bool(*item.on));
+  // Left to right, so that databases are attached in the order they are named.
+  std::string text = EmitFromItem(*item.left, false);
+  text += join + EmitFromItem(*item.right, true);
+  text += " ON " + StripOuterParens(Bool(*item.on));
   return right_operand ? "(" + text + ")" : text;
 }
 

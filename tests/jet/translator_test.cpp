@@ -1,0 +1,181 @@
+// tests/jet/translator_test.cpp — translate(): statement kinds, what it asks
+// of the context, error positions, and robustness on truncated input.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "db/error.h"
+#include "fake_context.h"
+
+namespace {
+
+using db::jet::StatementKind;
+using db::jet::TranslateError;
+using db::jet::Translation;
+using kel_test::FakeContext;
+
+FakeContext MakeContext() {
+  FakeContext context;
+  context.AddTable("T", {"id", "Nombre", "Monto"});
+  context.AddTable("RelacConc", {"CodKEL", "CodOS"});
+  return context;
+}
+
+// The position a statement is refused at, or npos when it translates.
+std::size_t ErrorPosition(const std::string& jet) {
+  FakeContext context = MakeContext();
+  try {
+    db::jet::translate(jet, context);
+  } catch (const TranslateError& e) {
+    return e.position();
+  }
+  return std::string::npos;
+}
+
+TEST(JetTranslate, KindAndSchemaChangeFollowTheStatement) {
+  FakeContext context = MakeContext();
+  Translation select = db::jet::translate("Select * From T", context);
+  EXPECT_EQ(select.kind, StatementKind::kQuery);
+  EXPECT_FALSE(select.changes_schema);
+
+  Translation into = db::jet::translate("Select * Into X From T", context);
+  EXPECT_EQ(into.kind, StatementKind::kCommand);
+  EXPECT_TRUE(into.changes_schema);
+
+  Translation drop = db::jet::translate("Drop Table X", context);
+  EXPECT_EQ(drop.kind, StatementKind::kCommand);
+  EXPECT_TRUE(drop.changes_schema);
+
+  for (const char* command : {"Insert Into T (id) Values (1)", "Update T Set id=1",
+                              "Delete * From T", "Insert into RelacConc Select 1 as CodKEL"}) {
+    Translation t = db::jet::translate(command, context);
+    EXPECT_EQ(t.kind, StatementKind::kCommand) << command;
+    EXPECT_FALSE(t.changes_schema) << command;
+    EXPECT_EQ(t.statements.size(), 1u) << command;
+  }
+}
+
+TEST(JetTranslate, InsertAsksForTheTargetColumnsAndTheSelectNames) {
+  FakeContext context = MakeContext();
+  context.select_answer = {"codos", "CODKEL"};
+  Translation t = db::jet::translate(
+      "Insert into RelacConc Select * From (Select CodOS, CodKEL From T) as A", context);
+  ASSERT_EQ(context.select_requests.size(), 1u);
+  EXPECT_EQ(context.select_requests[0],
+            "SELECT * FROM (SELECT CodOS, CodKEL FROM T) AS A");
+  ASSERT_EQ(context.table_requests.size(), 1u);
+  EXPECT_EQ(context.table_requests[0], "main.RelacConc");
+  // The target's spelling, in the select's order.
+  EXPECT_EQ(t.statements[0],
+            "INSERT INTO RelacConc (CodOS, CodKEL) SELECT * FROM (SELECT CodOS, CodKEL FROM T) AS A");
+
+  // Without a star the names come from the statement: no select_columns call.
+  FakeContext plain = MakeContext();
+  db::jet::translate("Insert into RelacConc Select 1 as CodKEL", plain);
+  EXPECT_TRUE(plain.select_requests.empty());
+
+  // A target in another database is looked up in that database's schema.
+  FakeContext other = MakeContext();
+  db::jet::translate("Insert into T in '/x/p.db' Select 1 as id", other);
+  ASSERT_EQ(other.table_requests.size(), 1u);
+  EXPECT_EQ(other.table_requests[0], "jet1.T");
+}
+
+TEST(JetTranslate, EachPathIsAttachedOncePerStatementAndAttachErrorsPassThrough) {
+  FakeContext context = MakeContext();
+  Translation t = db::jet::translate(
+      "Select A.id From (Select * From T in '/p/a.db') as A inner join (Select * From T in "
+      "'/p/a.db') as B on A.id=B.id inner join (Select * From T in '/p/b.db') as C on C.id=A.id",
+      context);
+  ASSERT_EQ(context.attached.size(), 2u);
+  EXPECT_EQ(context.attached[0], "/p/a.db");
+  EXPECT_EQ(context.attached[1], "/p/b.db");
+  EXPECT_NE(t.statements[0].find("(SELECT * FROM jet2.T) AS C"), std::string::npos);
+
+  struct Refusing : FakeContext {
+    std::string attach(const std::string& path) override {
+      throw db::Error("No se puede leer la base " + path);
+    }
+  } refusing;
+  EXPECT_THROW(db::jet::translate("Select * From T in '/nope.db'", refusing), db::Error);
+}
+
+TEST(JetTranslate, ErrorsCarryTheByteOffsetAndShowTheCharacterPosition) {
+  EXPECT_EQ(ErrorPosition("Select Foo(id) From T"), 7u);
+  EXPECT_EQ(ErrorPosition("Select id From T Where (id = 1"), 30u);
+  EXPECT_EQ(ErrorPosition("Select id From T Frm X"), 21u);  // Frm is an alias
+  EXPECT_EQ(ErrorPosition("Update T as A inner join RelacConc as R on A.id=R.CodOS Set Z.x=1"),
+            60u);
+  EXPECT_EQ(ErrorPosition("Insert into RelacConc Select 1 as CodKEL, 2 as Otro"), 47u);
+  EXPECT_EQ(ErrorPosition("Select * From T Where Nombre = 'abc"), 31u);
+  EXPECT_EQ(ErrorPosition("Select id From T"), std::string::npos);
+
+  // "ñ" is two bytes but one character.
+  FakeContext context = MakeContext();
+  const std::string jet = "Select 'ñ' as a, Foo(1) as b From T";
+  try {
+    db::jet::translate(jet, context);
+    FAIL() << "no error";
+  } catch (const TranslateError& e) {
+    EXPECT_EQ(e.position(), jet.find("Foo"));
+    EXPECT_STREQ(e.what(), "Función desconocida 'Foo' (posición 18)");
+  }
+}
+
+TEST(JetTranslate, SyntaxErrorsSayWhatWasExpectedAndFound) {
+  FakeContext context = MakeContext();
+  try {
+    db::jet::translate("Select id Frm T", context);
+    FAIL() << "no error";
+  } catch (const TranslateError& e) {
+    EXPECT_STREQ(e.what(),
+                 "Error de sintaxis en la posición 11: se esperaba el final de la instrucción, "
+                 "pero se encontró 'Frm'");
+  }
+  try {
+    db::jet::translate("Delete * Where id=1", context);
+    FAIL() << "no error";
+  } catch (const TranslateError& e) {
+    EXPECT_STREQ(e.what(),
+                 "Error de sintaxis en la posición 10: se esperaba FROM, pero se encontró 'Where'");
+  }
+  try {
+    db::jet::translate("", context);
+    FAIL() << "no error";
+  } catch (const TranslateError& e) {
+    EXPECT_STREQ(e.what(),
+                 "Error de sintaxis en la posición 1: se esperaba SELECT, INSERT, UPDATE, DELETE "
+                 "o DROP, pero terminó la instrucción");
+  }
+}
+
+// Bad input is refused with a TranslateError, never anything worse: every
+// prefix of real statements either translates or is refused cleanly.
+TEST(JetTranslate, EveryPrefixOfARealStatementTranslatesOrIsRefused) {
+  const std::string statements[] = {
+      "Insert into Legajo Select D.UltLeg+id as id_Legajo, cstr(C.Nombre) as strAValor,Date() as "
+      "Fecha From (Select iif(isnull(Max(id)),0,Max(id)) as UltLeg From T) as D, T as C where "
+      "not Exists(Select id From T as L where L.id=C.id and L.Monto=1)",
+      "Update T as D inner join (Select * From T in '/p/a.db') as A on (D.id=A.id and "
+      "A.Monto<>-1) Set D.Nombre=A.Nombre & '_' & Right(A.Nombre,1), Monto=#05/01/2023# Where "
+      "D.id Between 1 And 2 Or D.Nombre Not Like 'x*' Or D.id Not In (1,2) Order",
+      "Delete DL.* From (T as DL inner join T as E on E.id=DL.id) left join T as F on F.id=E.id "
+      "Where Not E.Nombre Is Null and 2^-1 Mod 3 \\ 4 = [Monto Total];"};
+  for (const std::string& full : statements) {
+    for (std::size_t n = 0; n <= full.size(); ++n) {
+      FakeContext context = MakeContext();
+      context.AddTable("Legajo", {"id_Legajo", "strAValor", "Fecha"});
+      const std::string jet = full.substr(0, n);
+      try {
+        db::jet::translate(jet, context);
+      } catch (const TranslateError& e) {
+        EXPECT_LE(e.position(), jet.size()) << jet;
+        EXPECT_NE(std::string(e.what()).find("posición"), std::string::npos) << jet;
+      } catch (const std::exception& e) {
+        ADD_FAILURE() << "unexpected exception for [" << jet << "]: " << e.what();
+      }
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,54 @@
+// db/odbc_connection.h — a connection to an ODBC data source (unixODBC).
+//
+// The source system may be reached through ODBC instead of by file. Its
+// statements are written in the source's own dialect, so they are passed to
+// the driver untranslated. Result sets are read whole like SQLite ones, with
+// values mapped onto db::Value: integers, doubles, texts, and dates as ISO
+// texts ("YYYY-MM-DD", or "YYYY-MM-DD HH:MM:SS" when there is a time).
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "db/connection.h"
+
+namespace db {
+
+class OdbcConnection final : public Connection {
+ public:
+  OdbcConnection() = default;
+  ~OdbcConnection() override;
+  OdbcConnection(const OdbcConnection&) = delete;
+  OdbcConnection& operator=(const OdbcConnection&) = delete;
+
+  // Connects with `connection_text`: "DSN=name;" or any ODBC connection
+  // string ("Driver=...;Database=...;"); a text without "=" is taken as a
+  // data source name. The driver is never allowed to prompt. Closes this
+  // connection first when open. Never throws: returns is_open(), and on
+  // failure last_error() holds the driver's messages.
+  bool open(const std::string& connection_text);
+
+  int state() const override { return dbc_ ? 1 : 0; }
+  void close() override;
+  std::int64_t execute(std::string_view sql) override;
+  Recordset open_recordset(std::string_view sql) override;
+  void begin_transaction() override;
+  void commit_transaction() override;
+  void rollback_transaction() override;
+  // The data source name ("DSN=" part of the connection text, or what the
+  // driver reports).
+  std::string data_source_name() const override { return dsn_; }
+  const std::string& last_error() const override { return last_error_; }
+
+ private:
+  void end_transaction(bool commit);
+
+  void* env_ = nullptr;  // SQLHENV
+  void* dbc_ = nullptr;  // SQLHDBC
+  std::string dsn_;
+  std::string last_error_;
+  bool in_transaction_ = false;
+};
+
+}  // namespace db

@@ -1,0 +1,126 @@
+// Tests of the ODBC connection against a real data source: a SQLite file
+// reached through the SQLite ODBC driver, declared in driver and data source
+// lists written into a temporary folder.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "db/error.h"
+#include "db/odbc_connection.h"
+#include "temp_folder.h"
+
+namespace {
+
+using testing_db::TempFolder;
+
+const char* kDriver = "/usr/lib/x86_64-linux-gnu/odbc/libsqlite3odbc.so";
+
+class OdbcConnectionTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!std::filesystem::exists(kDriver)) GTEST_SKIP() << "SQLite ODBC driver not installed";
+    database_ = folder_.database(
+        "origen.db",
+        "CREATE TABLE Personas (id INTEGER PRIMARY KEY, Nombre TEXT, Sueldo REAL, "
+        "Nacimiento DATE, Alta TIMESTAMP, Activo INTEGER, Notas TEXT);"
+        "INSERT INTO Personas VALUES (1, 'Peñarol Ñandú', 1500.75, '1980-05-17', "
+        "'2024-02-29 13:05:00', -1, NULL);"
+        "INSERT INTO Personas VALUES (2, NULL, NULL, NULL, '2023-01-01 00:00:00', 0, '');");
+    folder_.write("odbcinst.ini", std::string("[SQLite3]\nDescription=SQLite3\nDriver=") +
+                                      kDriver + "\n");
+    folder_.write("odbc.ini", "[kel_prueba]\nDriver=SQLite3\nDatabase=" + database_ + "\n");
+    // unixODBC reads these each time a connection is made.
+    setenv("ODBCSYSINI", folder_.path().c_str(), 1);
+    setenv("ODBCINI", folder_.file("odbc.ini").c_str(), 1);
+  }
+
+  TempFolder folder_{"odbc"};
+  std::string database_;
+};
+
+TEST_F(OdbcConnectionTest, ReadsRowsWithTypedValues) {
+  db::OdbcConnection conn;
+  ASSERT_TRUE(conn.open("DSN=kel_prueba;")) << conn.last_error();
+  EXPECT_EQ(conn.state(), 1);
+  EXPECT_EQ(conn.data_source_name(), "kel_prueba");
+
+  db::Recordset rs = conn.open_recordset(
+      "SELECT id, Nombre, Sueldo, Nacimiento, Alta, Activo, Notas FROM Personas ORDER BY id");
+  ASSERT_EQ(rs.row_count(), 2u);
+  EXPECT_EQ(rs.names(), (std::vector<std::string>{"id", "Nombre", "Sueldo", "Nacimiento", "Alta",
+                                                  "Activo", "Notas"}));
+  EXPECT_EQ(std::get<std::int64_t>(rs.field("id")), 1);
+  EXPECT_EQ(std::get<std::string>(rs.field("Nombre")), "Peñarol Ñandú");
+  EXPECT_DOUBLE_EQ(std::get<double>(rs.field("Sueldo")), 1500.75);
+  EXPECT_EQ(std::get<std::string>(rs.field("Nacimiento")), "1980-05-17");
+  EXPECT_EQ(std::get<std::string>(rs.field("Alta")), "2024-02-29 13:05:00");
+  EXPECT_EQ(std::get<std::int64_t>(rs.field("Activo")), -1);
+  EXPECT_TRUE(db::is_null(rs.field("Notas")));
+  rs.move_next();
+  EXPECT_TRUE(db::is_null(rs.field("Nombre")));
+  EXPECT_TRUE(db::is_null(rs.field("Sueldo")));
+  EXPECT_TRUE(db::is_null(rs.field("Nacimiento")));
+  EXPECT_EQ(std::get<std::string>(rs.field("Alta")), "2023-01-01");
+  EXPECT_EQ(std::get<std::string>(rs.field("Notas")), "");
+}
+
+TEST_F(OdbcConnectionTest, RunsStatementsUntranslatedAndCountsRows) {
+  db::OdbcConnection conn;
+  ASSERT_TRUE(conn.open("kel_prueba")) << conn.last_error();  // a bare name is a DSN
+  std::string long_text(10000, 'x');
+  long_text += "fin";
+  EXPECT_EQ(conn.execute("INSERT INTO Personas (id, Notas) VALUES (3, '" + long_text + "')"), 1);
+  EXPECT_EQ(conn.execute("UPDATE Personas SET Activo = 5"), 3);
+  EXPECT_EQ(conn.execute("DELETE FROM Personas WHERE id = 99"), 0);
+  db::Recordset rs = conn.open_recordset("SELECT Notas, length(Notas) AS L FROM Personas WHERE id = 3");
+  ASSERT_EQ(rs.row_count(), 1u);
+  EXPECT_EQ(std::get<std::string>(rs.field("Notas")), long_text) << "long texts read whole";
+
+  try {
+    conn.execute("SELECT * FROM NoExiste");
+    FAIL() << "no error";
+  } catch (const db::Error& e) {
+    EXPECT_EQ(e.message().rfind("La base de datos rechazó la instrucción: ", 0), 0u);
+    EXPECT_NE(e.message().find("NoExiste"), std::string::npos) << e.message();
+    EXPECT_EQ(e.jet_text(), "SELECT * FROM NoExiste");
+    EXPECT_TRUE(e.translated_text().empty());
+  }
+  EXPECT_EQ(conn.open_recordset("SELECT id FROM Personas").row_count(), 3u);
+}
+
+TEST_F(OdbcConnectionTest, TransactionsCommitAndRollBack) {
+  db::OdbcConnection conn;
+  ASSERT_TRUE(conn.open("DSN=kel_prueba;")) << conn.last_error();
+  conn.begin_transaction();
+  EXPECT_THROW(conn.begin_transaction(), db::Error);
+  conn.execute("DELETE FROM Personas");
+  conn.rollback_transaction();
+  EXPECT_EQ(conn.open_recordset("SELECT id FROM Personas").row_count(), 2u);
+  conn.begin_transaction();
+  conn.execute("DELETE FROM Personas WHERE id = 2");
+  conn.commit_transaction();
+  EXPECT_THROW(conn.commit_transaction(), db::Error);
+  conn.close();
+  ASSERT_TRUE(conn.open("DSN=kel_prueba;"));
+  EXPECT_EQ(conn.open_recordset("SELECT id FROM Personas").row_count(), 1u);
+}
+
+TEST_F(OdbcConnectionTest, FailedOpenLeavesItClosedWithTheDriverMessage) {
+  db::OdbcConnection conn;
+  EXPECT_FALSE(conn.open("DSN=no_existe;"));
+  EXPECT_EQ(conn.state(), 0);
+  EXPECT_NE(conn.last_error().find("No se pudo conectar con el origen de datos no_existe"),
+            std::string::npos)
+      << conn.last_error();
+  EXPECT_THROW(conn.execute("SELECT 1"), db::Error);
+  // A good open after a failed one works, and reopening replaces the session.
+  ASSERT_TRUE(conn.open("DSN=kel_prueba;"));
+  ASSERT_TRUE(conn.open("Driver=SQLite3;Database=" + database_ + ";"));
+  EXPECT_EQ(conn.state(), 1);
+  EXPECT_TRUE(conn.last_error().empty());
+  EXPECT_FALSE(conn.data_source_name().empty());
+}
+
+}  // namespace

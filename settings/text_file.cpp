@@ -107,6 +107,49 @@ bool WriteBytesAtomic(const fs::path& path, std::string_view bytes, std::string*
   return true;
 }
 
+std::string ReadFirstLine(const fs::path& path, std::size_t limit) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return {};
+  std::string bytes;
+  bool complete = false;  // a line break (or the end of the file) was reached
+  char buf[4096];
+  while (bytes.size() < limit) {
+    in.read(buf, sizeof buf);
+    std::streamsize got = in.gcount();
+    if (got <= 0) {
+      complete = true;
+      break;
+    }
+    bytes.append(buf, static_cast<std::size_t>(got));
+    if (bytes.size() >= 2 && (bytes.compare(0, 2, "\xFF\xFE") == 0 || bytes.compare(0, 2, "\xFE\xFF") == 0)) {
+      std::vector<std::string> lines = SplitLines(ReadText(path));
+      return lines.empty() ? std::string() : lines.front();
+    }
+    std::size_t brk = bytes.find_first_of("\r\n");
+    if (brk != std::string::npos) {
+      bytes.resize(brk);
+      complete = true;
+      break;
+    }
+  }
+  if (bytes.size() > limit) {
+    bytes.resize(limit);
+    complete = false;
+  }
+  // A UTF-8 character cut by the limit would make the text look like
+  // Windows-1252: drop an incomplete last character before deciding.
+  if (!complete && !IsValidUtf8(bytes)) {
+    for (std::size_t drop = 1; drop <= 3 && drop < bytes.size(); ++drop) {
+      if (IsValidUtf8(std::string_view(bytes).substr(0, bytes.size() - drop))) {
+        bytes.resize(bytes.size() - drop);
+        break;
+      }
+    }
+  }
+  auto text = DecodeAuto(bytes, nullptr, nullptr);
+  return text ? *text : std::string();
+}
+
 long long CountFileLines(const fs::path& path) {
   std::FILE* f = std::fopen(path.c_str(), "rb");
   if (!f) return 0;

@@ -48,6 +48,12 @@ std::string JoinLines(const std::vector<std::string>& values, std::string_view s
 // it fails; the old file is then untouched.
 bool WriteBytesAtomic(const std::filesystem::path& path, std::string_view bytes, std::string* error);
 
+// The first line of a file (without its line break), decoded as ReadText
+// would decode the whole file, reading only as far as the first line break
+// (at most `limit` bytes). Files with a UTF-16 byte-order mark are read whole.
+// A missing or unreadable file gives "".
+std::string ReadFirstLine(const std::filesystem::path& path, std::size_t limit = 1 << 20);
+
 // Number of lines of a file, counted on its bytes without decoding (LF, CR LF
 // and lone CR each end a line; a last line without a break counts). A missing
 // file counts 0.

@@ -110,23 +110,33 @@ MatchResult MatchFolder(ColArchsBD& catalogue, const fs::path& folder, std::arra
   }
   const std::vector<fs::path> files = settings::ListFilesSorted(folder);
   // Contents and line counts of the files read so far in this pass.
-  std::map<std::size_t, std::string> contents;
+  std::map<std::size_t, std::string> contents;     // whole texts
+  std::map<std::size_t, std::string> first_lines;  // first lines of files not read whole
   std::map<std::size_t, long long> line_counts;
   std::array<bool, 5> found{};
   for (ClaArchBD& e : catalogue) {
     if (on_entry) on_entry();
     int n = e.option();
     if (n < 1 || n > 5 || !chk_op[static_cast<std::size_t>(n - 1)]) continue;
-    const bool read = e.TipoAR && NeedsContents(e.ColCond);
+    // Database entries are recognised by name only; a condition that tests
+    // only first lines reads just the first line of each file.
+    const ContentNeed need = e.TipoAR ? ContentsNeeded(e.ColCond) : ContentNeed::None;
     for (std::size_t i = 0; i < files.size() && !e.Existe; ++i) {
       std::string_view text;
-      if (read) {
-        auto it = contents.find(i);
-        if (it == contents.end()) {
-          it = contents.emplace(i, settings::ReadText(files[i])).first;
-          ++result.files_read;
+      auto whole = contents.find(i);
+      if (need == ContentNeed::Whole && whole == contents.end()) {
+        whole = contents.emplace(i, settings::ReadText(files[i])).first;
+        ++result.files_read;
+      }
+      if (need != ContentNeed::None && whole != contents.end()) {
+        text = whole->second;
+      } else if (need == ContentNeed::FirstLine) {
+        auto first = first_lines.find(i);
+        if (first == first_lines.end()) {
+          first = first_lines.emplace(i, settings::ReadFirstLine(files[i])).first;
+          ++result.first_lines_read;
         }
-        text = it->second;
+        text = first->second;
       }
       if (!CoincideConCond(e.ColCond, files[i].filename().string(), text)) continue;
       e.Existe = true;

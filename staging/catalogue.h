@@ -80,7 +80,8 @@ int AddEntriesFromKey(ColArchsBD& catalogue, std::string_view value, bool tipo_a
 // What a matching pass found.
 struct MatchResult {
   long long total_lines = 0;  // lines of the matched files, plus one per match (sizes the progress bar)
-  int files_read = 0;         // files whose contents were read (each at most once)
+  int files_read = 0;         // files read whole (each at most once)
+  int first_lines_read = 0;   // files of which only the first line was read (each at most once)
 };
 
 // Matches the files of `folder` to the catalogue (the catalogue's side of
@@ -90,8 +91,9 @@ struct MatchResult {
 //      the folder's files are offered sorted by name; the first one that
 //      satisfies the entry's conditions sets Existe and Ruta, and its line
 //      count plus one is added to the total. The contents of a file are read
-//      only for interchange entries whose conditions test contents, and each
-//      file is read at most once per pass;
+//      only for interchange entries whose conditions test contents: just the
+//      first line when only FL tests are made, the whole text for DINT; each
+//      file is read at most once per pass (and its first line at most once);
 //   3. chk_op[i] becomes "some entry of option i + 1 was found".
 // `on_entry` (optional) is called once per entry offered, to move a progress bar.
 MatchResult MatchFolder(ColArchsBD& catalogue, const std::filesystem::path& folder, std::array<bool, 5>& chk_op,

@@ -238,15 +238,22 @@ bool CoincideConCond(const CondNode& tree, std::string_view name, std::string_vi
   return Eval(tree, name, contents);
 }
 
-bool NeedsContents(const CondNode& tree) {
+ContentNeed ContentsNeeded(const CondNode& tree) {
   if (tree.is_list) {
-    for (const CondNode& item : tree.items)
-      if (NeedsContents(item)) return true;
-    return false;
+    ContentNeed most = ContentNeed::None;
+    for (const CondNode& item : tree.items) {
+      ContentNeed n = ContentsNeeded(item);
+      if (n == ContentNeed::Whole) return n;
+      if (n == ContentNeed::FirstLine) most = n;
+    }
+    return most;
   }
-  if (IsPassItem(tree.text)) return false;
+  if (IsPassItem(tree.text)) return ContentNeed::None;
   Leaf leaf;
-  return SplitLeaf(tree.text, &leaf) && (leaf.word == "FL" || leaf.word == "DINT");
+  if (!SplitLeaf(tree.text, &leaf)) return ContentNeed::None;
+  if (leaf.word == "DINT") return ContentNeed::Whole;
+  if (leaf.word == "FL") return ContentNeed::FirstLine;
+  return ContentNeed::None;
 }
 
 }  // namespace staging

@@ -46,8 +46,13 @@ ConditionParse ParseCondition(std::string_view text);
 // any does (an empty one never).
 bool CoincideConCond(const settings::CondNode& tree, std::string_view name, std::string_view contents);
 
+// How much of a file the tree tests: nothing (names only), the first line
+// (FL leaves only) or the whole contents (some DINT leaf).
+enum class ContentNeed { None, FirstLine, Whole };
+ContentNeed ContentsNeeded(const settings::CondNode& tree);
+
 // True when some leaf of the tree tests the file's contents (FL or DINT), so
 // the file must be read before it can be tested.
-bool NeedsContents(const settings::CondNode& tree);
+inline bool NeedsContents(const settings::CondNode& tree) { return ContentsNeeded(tree) != ContentNeed::None; }
 
 }  // namespace staging

@@ -92,3 +92,17 @@ TEST(TextFile, WritesAtomicallyAndCountsLines) {
   EXPECT_FALSE(WriteBytesAtomic(dir / "no/such/folder/f.txt", "x", &err));
   EXPECT_NE(err.find("No se pudo guardar"), std::string::npos);
 }
+
+TEST(TextFile, ReadsOnlyTheFirstLine) {
+  TempDir dir;
+  EXPECT_EQ(ReadFirstLine(dir.write("a.txt", "Legajo;Nombre\r\n1;Ana\r\n")), "Legajo;Nombre");
+  EXPECT_EQ(ReadFirstLine(dir.write("b.txt", "A\xF1o;Mes\n2024")), "Año;Mes");
+  EXPECT_EQ(ReadFirstLine(dir.write("c.txt", "sin salto")), "sin salto");
+  EXPECT_EQ(ReadFirstLine(dir.write("d.txt", "")), "");
+  EXPECT_EQ(ReadFirstLine(dir / "falta.txt"), "");
+  EXPECT_EQ(ReadFirstLine(dir.write("u16.txt", std::string("\xFF\xFEN\0\n\0x\0", 8))), "N");
+  // A long first line stops at the limit without cutting a UTF-8 character in two.
+  std::string line = std::string(9, 'x') + "\xC3\xB1" + "zz\nsegunda";
+  EXPECT_EQ(ReadFirstLine(dir.write("e.txt", line), 10), "xxxxxxxxx");
+  EXPECT_EQ(ReadFirstLine(dir.write("f.txt", line), 11), "xxxxxxxxxñ");
+}

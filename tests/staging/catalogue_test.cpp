@@ -132,7 +132,10 @@ TEST(MatchFolder, ReadsEachFileAtMostOnceAndOnlyWhenContentsAreTested) {
       "B|DINT(dos)|b.sql|2\r\n"
       "C|FL(nada)|c.sql|3\r\n");
   r = MatchFolder(contents, dir.path(), chk);
-  EXPECT_EQ(r.files_read, 3);
+  // FL reads the three first lines once; DINT reads a.txt and b.txt whole
+  // (the search stops at b.txt); C reuses what is already read.
+  EXPECT_EQ(r.first_lines_read, 3);
+  EXPECT_EQ(r.files_read, 2);
   EXPECT_EQ(contents.ColArchTablas("A*1").Ruta, (dir / "c.txt").string());
   EXPECT_EQ(contents.ColArchTablas("B*2").Ruta, (dir / "b.txt").string());
   EXPECT_FALSE(contents.ColArchTablas("C*3").Existe);

@@ -2,9 +2,9 @@
 #include "db/jet/lexer.h"
 
 #include <cctype>
-#include <cstdio>
 
 #include "db/jet/ast.h"
+#include "db/jet/date.h"
 
 namespace db::jet {
 namespace {
@@ -12,81 +12,10 @@ namespace {
 bool IsNameStart(unsigned char c) { return std::isalpha(c) || c == '_' || c >= 0x80; }
 bool IsNameChar(unsigned char c) { return std::isalnum(c) || c == '_' || c >= 0x80; }
 
-// Reads an unsigned decimal number of 1..max_digits digits at `i`.
-bool ReadInt(std::string_view s, std::size_t& i, int max_digits, int& out) {
-  std::size_t start = i;
-  out = 0;
-  while (i < s.size() && std::isdigit(static_cast<unsigned char>(s[i])) &&
-         static_cast<int>(i - start) < max_digits) {
-    out = out * 10 + (s[i] - '0');
-    ++i;
-  }
-  return i > start;
-}
-
-bool ValidDate(int y, int m, int d) {
-  static const int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  if (y < 100 || y > 9999 || m < 1 || m > 12 || d < 1) return false;
-  bool leap = (y % 4 == 0 && y % 100 != 0) || y % 400 == 0;
-  int max = kDays[m - 1] + (m == 2 && leap ? 1 : 0);
-  return d <= max;
-}
-
-void SkipBlanks(std::string_view s, std::size_t& i) {
-  while (i < s.size() && (s[i] == ' ' || s[i] == '\t')) ++i;
-}
-
 }  // namespace
 
 std::string JetDateToIso(std::string_view text) {
-  std::size_t i = 0;
-  SkipBlanks(text, i);
-  int a = 0, b = 0, c = 0, y = 0, m = 0, d = 0;
-  if (!ReadInt(text, i, 4, a) || i >= text.size()) return {};
-  char sep = text[i];
-  if (sep == '-' && i == 4) {  // yyyy-MM-dd
-    ++i;
-    if (!ReadInt(text, i, 2, b) || i >= text.size() || text[i] != '-') return {};
-    ++i;
-    if (!ReadInt(text, i, 2, c)) return {};
-    y = a, m = b, d = c;
-  } else if (sep == '/') {  // MM/dd/yyyy
-    ++i;
-    if (!ReadInt(text, i, 2, b) || i >= text.size() || text[i] != '/') return {};
-    ++i;
-    std::size_t year_start = i;
-    if (!ReadInt(text, i, 4, c) || i - year_start != 4) return {};
-    m = a, d = b, y = c;
-  } else {
-    return {};
-  }
-  if (!ValidDate(y, m, d)) return {};
-  char buffer[32];
-  std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d", y, m, d);
-  std::string iso = buffer;
-  SkipBlanks(text, i);
-  if (i == text.size()) return iso;
-
-  int hh = 0, nn = 0, ss = 0;
-  if (!ReadInt(text, i, 2, hh) || i >= text.size() || text[i] != ':') return {};
-  ++i;
-  if (!ReadInt(text, i, 2, nn)) return {};
-  if (i < text.size() && text[i] == ':') {
-    ++i;
-    if (!ReadInt(text, i, 2, ss)) return {};
-  }
-  SkipBlanks(text, i);
-  std::string_view rest = text.substr(i);
-  if (!rest.empty()) {
-    bool pm = SameName(rest, "PM");
-    if (!pm && !SameName(rest, "AM")) return {};
-    if (hh < 1 || hh > 12) return {};
-    if (hh == 12) hh = 0;
-    if (pm) hh += 12;
-  }
-  if (hh > 23 || nn > 59 || ss > 59) return {};
-  std::snprintf(buffer, sizeof buffer, " %02d:%02d:%02d", hh, nn, ss);
-  return iso + buffer;
+  return jet_date_literal_to_iso(text).value_or(std::string());
 }
 
 std::vector<Token> Tokenize(std::string_view s) {

@@ -33,9 +33,11 @@ struct Token {
 // for an unterminated text, name or date, an invalid date or a stray character.
 std::vector<Token> Tokenize(std::string_view source);
 
-// The ISO text of the contents of a Jet date literal (between the # signs):
-// "MM/dd/yyyy", "M/d/yyyy", "yyyy-MM-dd", each optionally followed by a time
-// "hh:nn[:ss]" with optional AM/PM. Empty when the text is not a valid date.
+// The ISO text of the contents of a Jet date literal (between the # signs),
+// read month first as Jet reads it ("MM/dd/yyyy", "M/d/yy", "yyyy-MM-dd",
+// with an optional time; a date impossible month first is read day first).
+// Empty when the text is not a date. The same reading as db/jet/date.h's
+// jet_date_literal_to_iso, so that literals and CDate agree.
 std::string JetDateToIso(std::string_view text);
 
 }  // namespace db::jet

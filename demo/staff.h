@@ -87,7 +87,8 @@ struct PersonPlan {
 struct Staff {
   int first_month = 0;  // month index of January of the first year
   int last_month = 0;   // month index of December of last_year
-  std::vector<PersonPlan> persons;
+  std::vector<PersonPlan> persons;  // persons[i].id == i + 1
+  // Ids 1, 2, ... in person order; a person's contracts are consecutive.
   std::vector<ContractPlan> contracts;
 };
 

@@ -257,6 +257,39 @@ std::optional<DateTime> parse_general(std::string_view text, bool month_first) {
   return out;
 }
 
+// The common shapes "dd/MM/yyyy" and "MM/yyyy" (any of / - . between, one
+// or two digit days and months) without the general tokenizer: the transfer
+// reads a "MM/yyyy" text back as a date for every leave row. Nullopt when
+// the text has another shape; the general reader then decides.
+std::optional<DateTime> parse_simple_numeric(std::string_view s) {
+  if (s.size() < 6 || s.size() > 10) return std::nullopt;
+  int v[3] = {0, 0, 0};
+  int digits[3] = {0, 0, 0};
+  int fields = 0;
+  for (std::size_t i = 0; i < s.size(); ++i) {
+    char c = s[i];
+    if (is_digit(c)) {
+      v[fields] = v[fields] * 10 + (c - '0');
+      if (++digits[fields] > 4) return std::nullopt;
+    } else if ((c == '/' || c == '-' || c == '.') && digits[fields] > 0 && fields < 2) {
+      ++fields;
+    } else {
+      return std::nullopt;
+    }
+  }
+  ++fields;
+  DateTime d;
+  if (fields == 3 && digits[0] <= 2 && digits[1] <= 2 && digits[2] == 4) {
+    if (set_date(d, v[2], v[1], v[0]) || set_date(d, v[2], v[0], v[1])) return d;
+    return std::nullopt;
+  }
+  if (fields == 2 && digits[0] <= 2 && digits[1] == 4) {
+    if (set_date(d, v[1], v[0], 1)) return d;
+    return std::nullopt;
+  }
+  return std::nullopt;
+}
+
 std::string_view trim_spaces(std::string_view s) {
   while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
   while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
@@ -438,6 +471,7 @@ std::optional<DateTime> parse_iso(std::string_view s) {
 std::optional<DateTime> parse_date_text(std::string_view text) {
   text = trim_spaces(text);
   if (auto iso = parse_iso(text)) return iso;
+  if (auto simple = parse_simple_numeric(text)) return simple;
   return parse_general(text, false);
 }
 

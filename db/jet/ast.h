@@ -99,6 +99,11 @@ struct OrderItem {
   bool descending = false;
 };
 
+struct UnionPart {
+  bool all = false;  // UNION ALL keeps duplicate rows
+  SelectPtr select;  // a member: no ORDER BY of its own
+};
+
 struct Select {
   std::size_t pos = 0;
   bool distinct = false;
@@ -109,7 +114,8 @@ struct Select {
   ExprPtr where;
   std::vector<ExprPtr> group_by;
   ExprPtr having;
-  std::vector<OrderItem> order_by;
+  std::vector<UnionPart> unions;      // further members of a UNION
+  std::vector<OrderItem> order_by;    // with unions: the order of the whole
 };
 
 struct SelectStatement {

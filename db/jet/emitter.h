@@ -64,6 +64,9 @@ class Emitter {
 
   // Selects and FROM items (emitter_select.cpp).
   std::string EmitSelect(const Select& select);
+  std::string EmitSelectCore(const Select& select, bool with_limit);
+  std::string EmitUnionMember(const Select& member);
+  std::string EmitOrderBy(const std::vector<OrderItem>& order_by);
   std::string EmitFromItem(const FromItem& item, bool right_operand);
   std::string EmitTableRef(const TableRef& table);
   std::string SchemaOf(const TableRef& table);

@@ -36,6 +36,36 @@ Translation Emitter::Emit(const Statement& statement) {
 }
 
 std::string Emitter::EmitSelect(const Select& select) {
+  if (select.unions.empty()) return EmitSelectCore(select, true);
+  // A UNION: Jet's ORDER BY after the last member orders the whole, as in SQLite.
+  std::string text = EmitUnionMember(select);
+  for (const UnionPart& part : select.unions) {
+    text += part.all ? " UNION ALL " : " UNION ";
+    text += EmitUnionMember(*part.select);
+  }
+  return text + EmitOrderBy(select.order_by);
+}
+
+// SQLite allows LIMIT only at the end of a compound, so a member with Top
+// becomes a subquery.
+std::string Emitter::EmitUnionMember(const Select& member) {
+  std::string core = EmitSelectCore(member, false);
+  if (!member.top) return core;
+  return "SELECT * FROM (" + core + " LIMIT " + *member.top + ")";
+}
+
+std::string Emitter::EmitOrderBy(const std::vector<OrderItem>& order_by) {
+  std::string text;
+  for (std::size_t i = 0; i < order_by.size(); ++i) {
+    text += i == 0 ? " ORDER BY " : ", ";
+    text += StripOuterParens(Value(*order_by[i].expr));
+    if (order_by[i].descending) text += " DESC";
+  }
+  return text;
+}
+
+// One SELECT without UNION; `with_limit` adds ORDER BY and LIMIT.
+std::string Emitter::EmitSelectCore(const Select& select, bool with_limit) {
   Scope scope;
   for (const FromItemPtr& item : select.from) AddScopeEntries(*item, scope);
   ScopeGuard guard(*this, scope);
@@ -77,14 +107,8 @@ std::string Emitter::EmitSelect(const Select& select) {
     }
   }
   if (select.having) text += " HAVING " + StripOuterParens(Bool(*select.having));
-  if (!select.order_by.empty()) {
-    text += " ORDER BY ";
-    for (std::size_t i = 0; i < select.order_by.size(); ++i) {
-      if (i > 0) text += ", ";
-      text += StripOuterParens(Value(*select.order_by[i].expr));
-      if (select.order_by[i].descending) text += " DESC";
-    }
-  }
+  if (!with_limit) return text;
+  text += EmitOrderBy(select.order_by);
   if (select.top) text += " LIMIT " + *select.top;
   return text;
 }

@@ -109,7 +109,6 @@ Statement Parser::ParseStatement() {
   }
   AcceptSymbol(";");
   if (Peek().kind != TokenKind::kEnd) {
-    if (AtKeyword("UNION")) FailUnsupported(source_, Peek().pos, "UNION");
     if (AtKeyword("PERCENT")) FailUnsupported(source_, Peek().pos, "TOP ... PERCENT");
     Expected("el final de la instrucción");
   }

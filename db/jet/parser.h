@@ -2,8 +2,9 @@
 //
 // Grammar (Jet 4.0, the part the system uses):
 //   statement := select | insert | update | delete | drop  [";"]
-//   select    := SELECT [DISTINCT] [TOP n] items [INTO table] [FROM from {, from}]
-//                [WHERE e] [GROUP BY e {, e}] [HAVING e] [ORDER BY e [ASC|DESC] {, ...}]
+//   select    := core {UNION [ALL] core} [ORDER BY e [ASC|DESC] {, ...}]
+//   core      := SELECT [DISTINCT] [TOP n] items [INTO table] [FROM from {, from}]
+//                [WHERE e] [GROUP BY e {, e}] [HAVING e]
 //   from      := primary {(INNER|LEFT [OUTER]|RIGHT [OUTER]) JOIN primary ON e}
 //   primary   := table [IN 'path'] [[AS] alias] | "(" select ")" [[AS] alias] | "(" from ")"
 //   insert    := INSERT INTO table [(cols)] (select | VALUES (e {, e}))
@@ -54,6 +55,7 @@ class Parser {
 
   // Select and FROM (parser_select.cpp).
   SelectPtr ParseSelect();
+  SelectPtr ParseSelectCore();
   TableRef ParseTableRef();
   FromItemPtr ParseFromItem();
   FromItemPtr ParseFromPrimary();

@@ -4,6 +4,33 @@
 namespace db::jet {
 
 SelectPtr Parser::ParseSelect() {
+  SelectPtr select = ParseSelectCore();
+  while (AtKeyword("UNION")) {
+    std::size_t pos = Next().pos;
+    UnionPart part;
+    part.all = AcceptKeyword("ALL");
+    part.select = ParseSelectCore();
+    if (select->into || part.select->into) FailUnsupported(source_, pos, "INTO con UNION");
+    select->unions.push_back(std::move(part));
+  }
+  if (AtKeyword("ORDER")) {
+    Next();
+    ExpectKeyword("BY");
+    do {
+      OrderItem item;
+      item.expr = ParseExpr();
+      if (AcceptKeyword("DESC")) {
+        item.descending = true;
+      } else {
+        AcceptKeyword("ASC");
+      }
+      select->order_by.push_back(std::move(item));
+    } while (AcceptSymbol(","));
+  }
+  return select;
+}
+
+SelectPtr Parser::ParseSelectCore() {
   auto select = std::make_unique<Select>();
   select->pos = Peek().pos;
   ExpectKeyword("SELECT");
@@ -46,20 +73,6 @@ SelectPtr Parser::ParseSelect() {
     select->group_by = ParseExprList();
   }
   if (AcceptKeyword("HAVING")) select->having = ParseExpr();
-  if (AtKeyword("ORDER")) {
-    Next();
-    ExpectKeyword("BY");
-    do {
-      OrderItem item;
-      item.expr = ParseExpr();
-      if (AcceptKeyword("DESC")) {
-        item.descending = true;
-      } else {
-        AcceptKeyword("ASC");
-      }
-      select->order_by.push_back(std::move(item));
-    } while (AcceptSymbol(","));
-  }
   return select;
 }
 
@@ -126,7 +139,6 @@ FromItemPtr Parser::ParseFromPrimary() {
     if (AtKeyword("SELECT")) {
       item->kind = FromItem::Kind::kSubquery;
       item->subquery = ParseSelect();
-      if (AtKeyword("UNION")) FailUnsupported(source_, Peek().pos, "UNION");
       ExpectSymbol(")");
       item->alias = ParseOptionalAlias();
       return item;

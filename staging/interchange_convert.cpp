@@ -1,0 +1,115 @@
+// staging/interchange_convert.cpp — conversion of typed fields.
+#include "staging/interchange_convert.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace staging {
+
+namespace {
+
+std::string_view Trimmed(std::string_view s) {
+  std::size_t b = 0, e = s.size();
+  while (b < e && (s[b] == ' ' || s[b] == '\t')) ++b;
+  while (e > b && (s[e - 1] == ' ' || s[e - 1] == '\t')) --e;
+  return s.substr(b, e - b);
+}
+
+// A plain decimal number ("-12", "3.25", "+4") with "." as separator.
+bool ParseReal(std::string_view s, double* out) {
+  if (!s.empty() && s.front() == '+') s.remove_prefix(1);
+  if (s.empty()) return false;
+  // Only digits, one sign and one point: from_chars alone would also take
+  // "inf", "nan" and exponents, which no payroll export means.
+  bool digit = false;
+  int points = 0;
+  for (std::size_t i = 0; i < s.size(); ++i) {
+    char c = s[i];
+    if (c >= '0' && c <= '9') digit = true;
+    else if (c == '.') ++points;
+    else if (!(c == '-' && i == 0)) return false;
+  }
+  if (!digit || points > 1) return false;
+  auto result = std::from_chars(s.data(), s.data() + s.size(), *out);
+  return result.ec == std::errc() && result.ptr == s.data() + s.size();
+}
+
+}  // namespace
+
+bool ConvertField(std::string_view field, const settings::DataColumn& column, char decimal_separator,
+                  FieldValue& out) {
+  out.kind = FieldValue::Kind::Null;
+  if (column.type == settings::ColumnType::Text) {
+    if (field.empty()) return true;
+    out.kind = FieldValue::Kind::Text;
+    out.text = field;
+    return true;
+  }
+  std::string_view s = Trimmed(field);
+  if (s.empty()) return true;
+  switch (column.type) {
+    case settings::ColumnType::Integer: {
+      std::string_view digits = s;
+      if (digits.front() == '+') digits.remove_prefix(1);
+      std::int64_t v = 0;
+      auto r = std::from_chars(digits.data(), digits.data() + digits.size(), v);
+      if (r.ec == std::errc() && r.ptr == digits.data() + digits.size()) {
+        out.kind = FieldValue::Kind::Integer;
+        out.integer = v;
+        return true;
+      }
+      double d = 0;
+      if (ParseReal(s, &d) && std::floor(d) == d && std::fabs(d) < 9.0e15) {
+        out.kind = FieldValue::Kind::Integer;
+        out.integer = static_cast<std::int64_t>(d);
+        return true;
+      }
+      return false;
+    }
+    case settings::ColumnType::Real: {
+      double d = 0;
+      bool ok;
+      if (decimal_separator == '.') {
+        ok = ParseReal(s, &d);
+      } else {
+        // A "." in a field of a comma-decimal file is not a decimal point.
+        if (s.find('.') != std::string_view::npos) return false;
+        std::string copy(s);
+        for (char& c : copy)
+          if (c == decimal_separator) c = '.';
+        ok = ParseReal(copy, &d);
+      }
+      if (!ok) return false;
+      out.kind = FieldValue::Kind::Real;
+      out.real = d;
+      return true;
+    }
+    case settings::ColumnType::Date: {
+      auto iso = settings::ParseDateWithPattern(s, column.date_pattern);
+      if (!iso) return false;
+      out.iso = std::move(*iso);
+      out.kind = FieldValue::Kind::Text;
+      out.text = out.iso;
+      return true;
+    }
+    case settings::ColumnType::Text:
+      break;
+  }
+  return true;
+}
+
+std::string ExpectedText(const settings::DataColumn& column) {
+  switch (column.type) {
+    case settings::ColumnType::Integer:
+      return "un número entero";
+    case settings::ColumnType::Real:
+      return "un número";
+    case settings::ColumnType::Date:
+      return "una fecha " + column.date_pattern;
+    case settings::ColumnType::Text:
+      break;
+  }
+  return "un texto";
+}
+
+}  // namespace staging

@@ -1,0 +1,60 @@
+// staging/interchange_parse.h — splitting the decoded text of an interchange
+// data file into records and fields.
+//
+// Delimited files: fields separated by the layout's delimiter; a field that
+// starts with the quote character (blanks before it allowed) runs to the
+// matching quote and may hold the delimiter, line breaks and doubled quotes
+// (which stand for one quote). Unquoted fields are trimmed of blanks, quoted
+// ones are kept exactly. Records end at CR LF, LF or a lone CR. Fixed-width
+// files: one record per line, each column the given number of characters (not
+// bytes), trimmed; a short line leaves its last columns empty.
+// Blank lines are skipped. Fields are views into the text (or into the
+// reader's own buffers for quoted fields with doubled quotes): they stay valid
+// until the next call of next().
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "settings/data_layout.h"
+
+namespace staging {
+
+class RecordReader {
+ public:
+  // `text` must outlive the reader. The layout's skip_lines physical lines are
+  // passed over first; the header line, when there is one, is an ordinary
+  // record for the reader (the caller takes it).
+  RecordReader(std::string_view text, const settings::DataFileLayout& layout);
+
+  // Reads the next record; false at the end of the text.
+  bool next();
+
+  const std::vector<std::string_view>& fields() const { return fields_; }
+  // Line number (from 1) where the current record starts.
+  std::size_t line() const { return record_line_; }
+  // True when the current record ended at the end of the text inside an open
+  // quote (the file is cut short or a quote is missing).
+  bool unterminated_quote() const { return unterminated_; }
+
+ private:
+  bool next_delimited();
+  bool next_fixed();
+  // Moves past one line break at pos_ (CR LF, LF or CR), counting the line.
+  void skip_line_break();
+  bool at_line_end() const;
+
+  std::string_view text_;
+  const settings::DataFileLayout& layout_;
+  std::size_t pos_ = 0;
+  std::size_t line_ = 1;
+  std::size_t record_line_ = 0;
+  bool unterminated_ = false;
+  std::vector<std::string_view> fields_;
+  std::deque<std::string> scratch_;  // unescaped quoted fields (deque: no moves)
+};
+
+}  // namespace staging

@@ -1,0 +1,215 @@
+// staging/staging_load.cpp — CargarDatos and the per-entry load.
+#include "staging/staging_load.h"
+
+#include <sqlite3.h>
+
+#include <stdexcept>
+
+#include "db/error.h"
+#include "db/sqlite_connection.h"
+#include "settings/cond_tree.h"
+#include "settings/paths.h"
+#include "settings/statement_file.h"
+#include "settings/strings.h"
+#include "staging/interchange_table.h"
+
+namespace staging {
+
+namespace {
+
+// Statement errors kept per entry; the rest are only counted.
+constexpr int kStatementWarningsPerEntry = 5;
+
+void Progress(StagingLoad& load, float value) {
+  if (load.ActuBarra) load.ActuBarra(value);
+}
+
+// The staging catalogue's table names, in catalogue order, without views and
+// without SQLite's own tables.
+std::vector<std::string> StagingTables(db::Connection& connection) {
+  std::vector<std::string> tables;
+  db::Recordset rs = connection.open_recordset("Select type, name From sqlite_master");
+  for (; !rs.eof(); rs.move_next()) {
+    std::string type = db::as_text(rs.field(std::size_t{0}));
+    std::string name = db::as_text(rs.field(std::size_t{1}));
+    if (!settings::IEquals(type, "table")) continue;
+    if (settings::IStartsWith(name, "sqlite_")) continue;  // the engine's own tables
+    tables.push_back(name);
+  }
+  return tables;
+}
+
+void EmptyStagingTables(StagingLoad& load) {
+  for (const std::string& table : StagingTables(*load.staging)) {
+    if (IsKeptTable(load.TablaNoBorrar, table)) continue;
+    load.staging->execute("Delete * From " + table);
+    Progress(load, -1);
+  }
+}
+
+// The paths a statement reads with `in '<path>'`.
+std::vector<std::string> InPaths(const std::string& sql) {
+  std::vector<std::string> paths;
+  std::size_t at = 0;
+  while ((at = settings::IFind(sql, "in", at)) != std::string::npos) {
+    bool word_start = at == 0 || sql[at - 1] == ' ' || sql[at - 1] == '\t' || sql[at - 1] == '\n' ||
+                      sql[at - 1] == '\r' || sql[at - 1] == ')' || sql[at - 1] == ']';
+    std::size_t q = at + 2;
+    while (q < sql.size() && (sql[q] == ' ' || sql[q] == '\t' || sql[q] == '\r' || sql[q] == '\n')) ++q;
+    if (word_start && q > at + 2 && q < sql.size() && sql[q] == '\'') {
+      std::size_t end = sql.find('\'', q + 1);
+      if (end == std::string::npos) break;
+      paths.push_back(sql.substr(q + 1, end - q - 1));
+      at = end + 1;
+    } else {
+      at += 2;
+    }
+  }
+  return paths;
+}
+
+// Loads one catalogue entry. `ignoring` is the load's error mode: false until
+// the first statement of the whole load is about to run.
+void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
+  // Both sides of the test are evaluated, as the original's Or does: an
+  // option number past the boxes fails even for an entry that was not found.
+  const int n = entry.option();
+  if (n < 1 || n > static_cast<int>(load.ChkOP.size())) {
+    throw std::out_of_range("La entrada " + entry.Codigo + " del formato tiene el número de opción " +
+                            std::to_string(n) + ", fuera de las opciones 1 a 5");
+  }
+  const bool box = load.ChkOP[static_cast<std::size_t>(n - 1)];
+  if (!(entry.Existe && (box || n != 5))) return;
+
+  const std::filesystem::path path = settings::ProgramPath(load.program_folder, entry.ArchConf);
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path, ec)) return;
+
+  settings::StatementFile file;
+  file.set_connection(load.staging);
+  TemplateValues values = load.values;
+  values.password = settings::DevPass(entry.ColCond);
+  values.ruta = entry.Ruta;
+  Progress(load, -1);
+
+  const std::string file_name = settings::NormaliseRelativeName(entry.ArchConf);
+  if (!file.load(path)) load.warnings.push_back(file.error());
+  for (const auto& w : file.warnings()) load.warnings.push_back(file_name + ": " + w);
+  if (entry.TipoAR) file.set_data_file(entry.Ruta);
+  if (file.statement_count() == 0) return;
+
+  // Expansion has no side effects, so all statements are expanded here; only
+  // the first can fail before the error mode changes, and then all would.
+  std::vector<std::string> texts;
+  texts.reserve(file.statements().size());
+  for (const auto& statement : file.statements()) texts.push_back(ExpandTemplate(statement, file.pairs(), values));
+
+  ++load.stats.entries_loaded;
+  auto* sqlite = dynamic_cast<db::SqliteConnection*>(load.staging);
+  bool transaction = false;
+  if (sqlite) {
+    for (const auto& text : texts) {
+      for (const auto& in_path : InPaths(text)) {
+        try {
+          sqlite->attach(in_path);
+        } catch (const std::exception&) {
+          // The statement that names it fails with the same message and is ignored.
+        }
+      }
+    }
+    try {
+      sqlite->begin_transaction();
+      transaction = true;
+    } catch (const db::Error&) {
+      // The caller has a transaction open: the entry runs inside it.
+    }
+  }
+
+  std::string data_table;
+  if (entry.TipoAR && file.layout()) {
+    if (!sqlite) {
+      load.warnings.push_back(file_name + ": los archivos de datos solo se leen en una base auxiliar SQLite");
+    } else {
+      DataFileLoad data = LoadDataFile(*sqlite, file.data_file(), *file.layout());
+      load.stats.data_rows += data.rows;
+      load.stats.bad_values += data.bad_values;
+      for (auto& w : data.warnings) load.warnings.push_back(std::move(w));
+      if (data.ok) data_table = file.layout()->table;
+      else load.warnings.push_back(data.error);
+    }
+  }
+
+  ignoring = true;  // from here to the end of the load every error is ignored
+  int reported = 0;
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    try {
+      load.staging->execute(texts[i]);
+      ++load.stats.statements_run;
+    } catch (const std::exception& e) {
+      ++load.stats.statements_failed;
+      if (reported++ < kStatementWarningsPerEntry) {
+        load.warnings.push_back(file_name + ", sentencia " + std::to_string(i + 1) + ": " + e.what());
+      }
+      // A few errors (disk full, interrupted) end the whole transaction in
+      // SQLite; the entry's next statements then get one of their own.
+      if (transaction && sqlite->handle() && sqlite3_get_autocommit(sqlite->handle())) {
+        try {
+          sqlite->begin_transaction();
+        } catch (const db::Error&) {
+          // Still waiting for its first statement: nothing was lost.
+        }
+      }
+    }
+  }
+  if (reported > kStatementWarningsPerEntry) {
+    load.warnings.push_back(file_name + ": " + std::to_string(reported - kStatementWarningsPerEntry) +
+                            " sentencias más fallaron");
+  }
+  if (!data_table.empty()) DropDataTable(*sqlite, data_table);
+  if (transaction) {
+    try {
+      sqlite->commit_transaction();
+    } catch (const db::Error& e) {
+      load.warnings.push_back(file_name + ": " + e.message());
+      try {
+        sqlite->rollback_transaction();
+      } catch (const db::Error&) {
+        // Nothing left to undo.
+      }
+    }
+  }
+}
+
+}  // namespace
+
+bool IsKeptTable(const std::string& tabla_no_borrar, const std::string& table) {
+  return settings::WildcardMatch("," + tabla_no_borrar + ",", "*," + table + ",*", true);
+}
+
+void CargarDatos(StagingLoad& load) {
+  if (!load.staging || load.staging->state() != 1) return;
+  load.warnings.clear();
+  load.stats = {};
+  Progress(load, static_cast<float>(80.0 / (static_cast<double>(load.total_lines) + 40.0)));
+  if (load.hide_lblDatosCP) load.hide_lblDatosCP();
+  EmptyStagingTables(load);
+
+  bool ignoring = false;
+  if (load.catalogue) {
+    for (ClaArchBD& entry : *load.catalogue) {
+      try {
+        LoadEntry(load, entry, ignoring);
+      } catch (const std::exception& e) {
+        if (!ignoring) throw;
+        load.warnings.push_back(entry.Codigo + ": " + e.what());
+      }
+    }
+  }
+
+  if (load.ActuGrillas) load.ActuGrillas();
+  Progress(load, 100);
+  Progress(load, -2);
+  if (load.CargarMes) load.CargarMes();
+}
+
+}  // namespace staging

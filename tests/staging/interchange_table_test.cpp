@@ -1,0 +1,125 @@
+// Tests of loading an interchange data file into its TEMP table.
+#include <gtest/gtest.h>
+
+#include "settings/data_layout.h"
+#include "staging/interchange_table.h"
+#include "staging_db.h"
+#include "temp_dir.h"
+
+using settings::ParseDataFileLayout;
+using staging::LoadDataFile;
+
+namespace {
+
+settings::DataFileLayout Layout(const std::vector<std::string>& lines) {
+  std::string error;
+  auto layout = ParseDataFileLayout(lines, &error);
+  EXPECT_TRUE(layout) << error;
+  return layout ? *layout : settings::DataFileLayout{};
+}
+
+bool Contains(const std::vector<std::string>& warnings, const std::string& piece) {
+  for (const auto& w : warnings)
+    if (w.find(piece) != std::string::npos) return true;
+  return false;
+}
+
+class InterchangeTable : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    MakeDatabase(dir_ / "Pasaje.mdb", "CREATE TABLE Personas (id INTEGER);");
+    connection_ = OpenStaging(dir_ / "Pasaje.mdb");
+  }
+  TempDir dir_;
+  std::unique_ptr<db::SqliteConnection> connection_;
+};
+
+}  // namespace
+
+TEST_F(InterchangeTable, HeaderPlacesDeclaredColumnsAndConvertsTypes) {
+  auto layout = Layout({"Tabla=Imp_Personas", "Encabezado=Si", "Columna=id:entero", "Columna=Nombre",
+                        "Columna=Nacido:fecha:dd/MM/yyyy", "Columna=Sueldo:real", "Columna=Falta:entero"});
+  auto file = dir_.write("p.csv",
+                         "Nombre;Extra;Sueldo;ID;Nacido\r\n"
+                         "\"Pérez; Ana\";x;1500.5;1;31/12/1980\r\n"
+                         "Luis;y;;2;31/02/1980\r\n"
+                         "Eva;z;abc;tres;\r\n");
+  auto load = LoadDataFile(*connection_, file, layout);
+  ASSERT_TRUE(load.ok) << load.error;
+  EXPECT_EQ(load.rows, 3);
+  EXPECT_EQ(load.bad_values, 3);  // 31/02, abc, tres
+  EXPECT_TRUE(Contains(load.warnings, "p.csv, línea 3, columna Nacido: '31/02/1980' no es una fecha dd/MM/yyyy"));
+  EXPECT_TRUE(Contains(load.warnings, "no trae las columnas Falta"));
+  EXPECT_TRUE(Contains(load.warnings, "se ignoran las columnas Extra"));
+  auto& c = *connection_;
+  EXPECT_EQ(QueryText(c, "SELECT Nombre || '|' || Nacido || '|' || Sueldo || '|' || typeof(id) FROM Imp_Personas WHERE id = 1"),
+            "Pérez; Ana|1980-12-31|1500.5|integer");
+  EXPECT_EQ(QueryText(c, "SELECT quote(Sueldo) || quote(Nacido) || quote(Falta) FROM Imp_Personas WHERE id = 2"),
+            "NULLNULLNULL");
+  EXPECT_EQ(QueryText(c, "SELECT quote(id) || quote(Sueldo) FROM Imp_Personas WHERE Nombre = 'Eva'"), "NULLNULL");
+  // A TEMP table: the staging file itself gains nothing.
+  EXPECT_EQ(QueryText(c, "SELECT count(*) FROM main.sqlite_master WHERE name = 'Imp_Personas'"), "0");
+
+  // The statements read it as plain Jet SQL, and a second file replaces it.
+  c.execute("Insert into Personas (id) Select id From Imp_Personas Where Not IsNull(id)");
+  EXPECT_EQ(QueryCount(c, "Personas"), 2);
+  file = dir_.write("p2.csv", "ID\n7\n");
+  load = LoadDataFile(c, file, layout);
+  ASSERT_TRUE(load.ok) << load.error;
+  EXPECT_EQ(QueryCount(c, "Imp_Personas"), 1);
+  staging::DropDataTable(c, "Imp_Personas");
+  EXPECT_EQ(QueryText(c, "SELECT count(*) FROM temp.sqlite_master WHERE name = 'Imp_Personas'"), "0");
+}
+
+TEST_F(InterchangeTable, PositionalHeaderOnlyAndFixedWidthFiles) {
+  auto& c = *connection_;
+  // No header: declared columns by position; short and long lines are reported.
+  auto layout = Layout({"Tabla=Imp_A", "Separador=,", "Columna=a:entero", "Columna=b"});
+  auto file = dir_.write("a.txt", "1,uno\n2\n3,tres,extra\n");
+  auto load = LoadDataFile(c, file, layout);
+  ASSERT_TRUE(load.ok) << load.error;
+  EXPECT_EQ(load.rows, 3);
+  EXPECT_TRUE(Contains(load.warnings, "1 líneas traen menos campos que columnas (la primera, la línea 2)"));
+  EXPECT_TRUE(Contains(load.warnings, "1 líneas traen más campos que columnas (la primera, la línea 3)"));
+  EXPECT_EQ(QueryText(c, "SELECT group_concat(a || '=' || ifnull(b, 'null'), ' ') FROM Imp_A"), "1=uno 2=null 3=tres");
+
+  // Header only: every column text, named by the header.
+  layout = Layout({"Tabla=Imp_B", "Encabezado=Si"});
+  file = dir_.write("b.csv", "Codigo;Nombre\n007;Ana\n");
+  load = LoadDataFile(c, file, layout);
+  ASSERT_TRUE(load.ok) << load.error;
+  EXPECT_EQ(QueryText(c, "SELECT Codigo || Nombre FROM Imp_B"), "007Ana");
+
+  // Fixed width in Windows-1252.
+  layout = Layout({"Tabla=Imp_C", "Formato=Fijo", "Anchos=3,5", "Codificacion=windows-1252", "Columna=n:entero",
+                   "Columna=nom"});
+  file = dir_.write("c.txt", "001Pe\xF1" "a\r\n002Ana  \r\n");
+  load = LoadDataFile(c, file, layout);
+  ASSERT_TRUE(load.ok) << load.error;
+  EXPECT_EQ(QueryText(c, "SELECT group_concat(n || nom, ',') FROM Imp_C"), "1Peña,2Ana");
+}
+
+TEST_F(InterchangeTable, BadFilesGiveMessagesNotCrashes) {
+  auto& c = *connection_;
+  auto layout = Layout({"Tabla=Imp_D", "Encabezado=Si", "Codificacion=utf-8"});
+  auto load = LoadDataFile(c, dir_ / "falta.csv", layout);
+  EXPECT_FALSE(load.ok);
+  EXPECT_NE(load.error.find("No se pudo leer el archivo de datos"), std::string::npos);
+
+  auto file = dir_.write("d.csv", "Nombre\nMu\xF1oz\n");
+  load = LoadDataFile(c, file, layout);
+  EXPECT_FALSE(load.ok);
+  EXPECT_NE(load.error.find("no está escrito en UTF-8"), std::string::npos);
+  EXPECT_NE(load.error.find("línea 2"), std::string::npos);
+
+  file = dir_.write("vacio.csv", "");
+  load = LoadDataFile(c, file, layout);
+  EXPECT_FALSE(load.ok);
+  EXPECT_NE(load.error.find("falta la línea de encabezado"), std::string::npos);
+
+  // Declared columns and an empty file: an empty table the statements can read.
+  layout = Layout({"Tabla=Imp_E", "Encabezado=Si", "Columna=x:entero"});
+  load = LoadDataFile(c, file, layout);
+  ASSERT_TRUE(load.ok) << load.error;
+  EXPECT_EQ(QueryCount(c, "Imp_E"), 0);
+}

@@ -1,0 +1,54 @@
+// tests/staging/staging_db.h — small SQLite databases for the staging load
+// tests: create a file from native SQL, open it as the staging connection,
+// and read single values back.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "db/sqlite_connection.h"
+#include "db/value.h"
+
+// Creates (replacing) a SQLite file and runs `sql` in it.
+inline void MakeDatabase(const std::filesystem::path& path, const std::string& sql) {
+  std::filesystem::remove(path);
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(path.string().c_str(), &db), SQLITE_OK);
+  char* message = nullptr;
+  int rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &message);
+  std::string text = message ? message : "";
+  sqlite3_free(message);
+  sqlite3_close(db);
+  ASSERT_EQ(rc, SQLITE_OK) << text;
+}
+
+inline std::unique_ptr<db::SqliteConnection> OpenStaging(const std::filesystem::path& path) {
+  auto connection = std::make_unique<db::SqliteConnection>();
+  EXPECT_TRUE(connection->open(path.string())) << connection->last_error();
+  return connection;
+}
+
+// The first column of the first row of a native query, as text ("" for Null
+// or no row).
+inline std::string QueryText(db::SqliteConnection& connection, const std::string& sql) {
+  sqlite3_stmt* stmt = nullptr;
+  if (sqlite3_prepare_v2(connection.handle(), sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) {
+    ADD_FAILURE() << sqlite3_errmsg(connection.handle()) << " in " << sql;
+    return "";
+  }
+  std::string out;
+  if (sqlite3_step(stmt) == SQLITE_ROW && sqlite3_column_type(stmt, 0) != SQLITE_NULL) {
+    out = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
+  }
+  sqlite3_finalize(stmt);
+  return out;
+}
+
+inline long long QueryCount(db::SqliteConnection& connection, const std::string& table) {
+  std::string text = QueryText(connection, "SELECT count(*) FROM " + table);
+  return text.empty() ? -1 : std::stoll(text);
+}

@@ -1,0 +1,238 @@
+// Tests of CargarDatos: what is emptied, which entries load, the order of the
+// progress calls, and where errors stop the load and where they are ignored.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "db/error.h"
+
+#include "staging/condition.h"
+#include "staging/staging_load.h"
+#include "staging_db.h"
+#include "temp_dir.h"
+
+using staging::CargarDatos;
+using staging::ClaArchBD;
+using staging::StagingLoad;
+
+namespace {
+
+bool Contains(const std::vector<std::string>& warnings, const std::string& piece) {
+  for (const auto& w : warnings)
+    if (w.find(piece) != std::string::npos) return true;
+  return false;
+}
+
+class CargarDatosTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    MakeDatabase(dir_ / "Pasaje.mdb",
+                 "CREATE TABLE Conceptos (id INTEGER);"
+                 "CREATE TABLE Conceptos2 (id INTEGER);"
+                 "CREATE TABLE RelacConc (CodKEL INTEGER, CodOS INTEGER);"
+                 "CREATE TABLE RelacTLiq (CodKEL INTEGER, CodOS INTEGER);"
+                 "CREATE TABLE Personas (id_Persona INTEGER PRIMARY KEY, Nombre TEXT);"
+                 "CREATE TABLE Contador (n INTEGER PRIMARY KEY AUTOINCREMENT, x INTEGER);"
+                 "CREATE VIEW VPersonas AS SELECT * FROM Personas;"
+                 "INSERT INTO Conceptos VALUES (1); INSERT INTO Conceptos2 VALUES (1);"
+                 "INSERT INTO RelacConc VALUES (501, 1); INSERT INTO RelacTLiq VALUES (1, 1);"
+                 "INSERT INTO Personas VALUES (99, 'vieja'); INSERT INTO Contador (x) VALUES (1);");
+    MakeDatabase(dir_ / "Origen.mdb",
+                 "CREATE TABLE Emp (id INTEGER, nombre TEXT);"
+                 "INSERT INTO Emp VALUES (1, 'Ana'); INSERT INTO Emp VALUES (2, 'Luis');");
+    connection_ = OpenStaging(dir_ / "Pasaje.mdb");
+    load_.staging = connection_.get();
+    load_.program_folder = dir_.path();
+    load_.TablaNoBorrar = "RelacConc,RelacTLiq";
+    load_.catalogue = &catalogue_;
+    load_.ChkOP = {true, true, true, true, true};
+    load_.values.relation_ids = {1, 2, 5, 7, 8, 100, 200};
+    load_.values.destination = (dir_ / "Datos.mdb").string();
+    load_.ActuBarra = [this](float v) { calls_.push_back("barra " + std::to_string(v)); };
+    load_.hide_lblDatosCP = [this] { calls_.push_back("ocultar"); };
+    load_.ActuGrillas = [this] { calls_.push_back("grillas"); };
+    load_.CargarMes = [this] { calls_.push_back("mes"); };
+  }
+
+  // Adds a database entry named `name` with option `option` whose statement
+  // file `file` (relative, with "\") holds `statements`.
+  void AddEntry(const std::string& name, int option, const std::string& file, const std::string& statements,
+                bool found = true) {
+    if (!statements.empty()) {
+      std::string relative = file;
+      for (char& ch : relative)
+        if (ch == '\\') ch = '/';
+      dir_.write(relative, statements);
+    }
+    ClaArchBD e;
+    e.Codigo = name + "*" + std::to_string(option);
+    e.ArchConf = file;
+    e.Existe = found;
+    e.Ruta = (dir_ / "Origen.mdb").string();
+    catalogue_.add(e);
+  }
+
+  int CountCalls(const std::string& call) const {
+    return static_cast<int>(std::count(calls_.begin(), calls_.end(), call));
+  }
+
+  TempDir dir_;
+  std::unique_ptr<db::SqliteConnection> connection_;
+  staging::ColArchsBD catalogue_;
+  StagingLoad load_;
+  std::vector<std::string> calls_;
+};
+
+const std::string kCopyEmp = "Insert into Personas (id_Persona, Nombre) Select id, nombre From Emp in '[BDOrigen]';\n";
+
+}  // namespace
+
+TEST_F(CargarDatosTest, KeepsOnlyTheListedTablesAndLeavesViewsAndEngineTablesAlone) {
+  load_.TablaNoBorrar = "relacconc,RELACTLIQ";
+  CargarDatos(load_);
+  auto& c = *connection_;
+  EXPECT_EQ(QueryCount(c, "RelacConc"), 1);  // the user's mappings survive, whatever the case
+  EXPECT_EQ(QueryCount(c, "RelacTLiq"), 1);
+  EXPECT_EQ(QueryCount(c, "Conceptos"), 0);
+  EXPECT_EQ(QueryCount(c, "Conceptos2"), 0);
+  EXPECT_EQ(QueryCount(c, "Personas"), 0);
+  EXPECT_EQ(QueryCount(c, "Contador"), 0);
+  EXPECT_EQ(QueryCount(c, "sqlite_sequence"), 1);  // the engine's own table is not the format's
+  // One step per emptied table (Conceptos, Conceptos2, Personas, Contador), none for the kept ones.
+  EXPECT_EQ(CountCalls("barra -1.000000"), 4);
+
+  // The commas delimit whole names: Conceptos2 does not keep Conceptos.
+  c.execute_native("INSERT INTO Conceptos VALUES (1); INSERT INTO Conceptos2 VALUES (1);");
+  load_.TablaNoBorrar = "Conceptos2,RelacConc";
+  CargarDatos(load_);
+  EXPECT_EQ(QueryCount(c, "Conceptos"), 0);
+  EXPECT_EQ(QueryCount(c, "Conceptos2"), 1);
+  EXPECT_EQ(QueryCount(c, "RelacTLiq"), 0);
+
+  EXPECT_TRUE(staging::IsKeptTable("A,Conceptos", "conceptos"));
+  EXPECT_FALSE(staging::IsKeptTable("A, Conceptos", "Conceptos"));  // blanks are part of the names
+  EXPECT_FALSE(staging::IsKeptTable("", "Conceptos"));
+}
+
+TEST_F(CargarDatosTest, ProgressAndHooksInOrder) {
+  load_.total_lines = 40;
+  AddEntry("Emp", 3, "sql\\emp.sql", kCopyEmp);
+  CargarDatos(load_);
+  std::vector<std::string> expected = {"barra 1.000000", "ocultar"};
+  for (int i = 0; i < 4; ++i) expected.push_back("barra -1.000000");  // emptied tables
+  expected.push_back("barra -1.000000");                               // the entry
+  expected.insert(expected.end(), {"grillas", "barra 100.000000", "barra -2.000000", "mes"});
+  EXPECT_EQ(calls_, expected);
+  EXPECT_EQ(QueryText(*connection_, "SELECT group_concat(Nombre, ',') FROM Personas"), "Ana,Luis");
+  EXPECT_EQ(load_.stats.statements_run, 1);
+  EXPECT_TRUE(load_.warnings.empty());
+}
+
+TEST_F(CargarDatosTest, OnlyOptionFiveIsGatedByItsBox) {
+  AddEntry("Cinco", 5, "sql/cinco.sql", "Insert into Conceptos (id) Values (5);\n");
+  AddEntry("Tres", 3, "sql/tres.sql", "Insert into Conceptos (id) Values (3);\n");
+  AddEntry("NoEsta", 1, "sql/noesta.sql", "Insert into Conceptos (id) Values (1);\n", /*found=*/false);
+  load_.ChkOP = {true, true, false, true, false};
+  CargarDatos(load_);
+  EXPECT_EQ(QueryText(*connection_, "SELECT group_concat(id) FROM Conceptos"), "3");
+
+  load_.ChkOP[4] = true;
+  CargarDatos(load_);
+  EXPECT_EQ(QueryText(*connection_, "SELECT group_concat(id) FROM Conceptos"), "5,3");
+}
+
+TEST_F(CargarDatosTest, EmptyMissingAndClosedCasesMoveNothing) {
+  AddEntry("Vacio", 1, "sql/vacio.sql", "-- nada que cargar\n");
+  AddEntry("Falta", 2, "sql/falta.sql", "");  // no file written
+  AddEntry("Emp", 3, "SQL/EMP.sql", kCopyEmp);
+  dir_.write("sql/emp.sql", kCopyEmp);  // found despite the case of its name
+  EXPECT_NO_THROW(CargarDatos(load_));
+  EXPECT_EQ(QueryCount(*connection_, "Personas"), 2);
+  // Steps: 4 tables, then one per entry whose file exists (Vacio, Emp).
+  EXPECT_EQ(CountCalls("barra -1.000000"), 6);
+  EXPECT_EQ(load_.stats.statements_run, 1);
+
+  calls_.clear();
+  connection_->close();
+  EXPECT_NO_THROW(CargarDatos(load_));
+  EXPECT_TRUE(calls_.empty());
+  load_.staging = nullptr;
+  EXPECT_NO_THROW(CargarDatos(load_));
+  EXPECT_TRUE(calls_.empty());
+}
+
+TEST_F(CargarDatosTest, ErrorsBeforeTheFirstStatementPropagate) {
+  // An option past the boxes, even on an entry that was not found.
+  AddEntry("Mala", 7, "sql/mala.sql", kCopyEmp, /*found=*/false);
+  AddEntry("Emp", 3, "sql/emp.sql", kCopyEmp);
+  EXPECT_THROW(CargarDatos(load_), std::out_of_range);
+  EXPECT_EQ(QueryCount(*connection_, "Conceptos"), 0);  // the tables were emptied before
+  EXPECT_EQ(QueryCount(*connection_, "Personas"), 0);
+  EXPECT_EQ(CountCalls("grillas"), 0);
+
+  // A relation table too small for the first statement.
+  catalogue_.clear();
+  AddEntry("Emp", 3, "sql/emp.sql", kCopyEmp);
+  load_.values.relation_ids = {1, 2, 3};
+  EXPECT_THROW(CargarDatos(load_), std::out_of_range);
+
+  // A table that cannot be emptied (a foreign key pointing at it).
+  load_.values.relation_ids = {1, 2, 5, 7, 8, 100, 200};
+  connection_->execute_native(
+      "CREATE TABLE Hijos (id INTEGER, p INTEGER REFERENCES Personas(id_Persona));"
+      "INSERT INTO Personas VALUES (1, 'x'); INSERT INTO Hijos VALUES (1, 1);");
+  EXPECT_THROW(CargarDatos(load_), db::Error);
+}
+
+TEST_F(CargarDatosTest, ErrorsAfterTheFirstStatementAreIgnored) {
+  AddEntry("Emp", 3, "sql/emp.sql",
+           "Insert into Tabla_Que_No_Existe Values (1);\n" + kCopyEmp +
+               "Insert into Conceptos (id) Values ([BPS8]);\n");
+  AddEntry("Mala", 9, "sql/mala.sql", kCopyEmp);  // after the switch: ignored
+  AddEntry("Otra", 4, "sql/otra.sql", "Insert into Conceptos (id) Values ([Desc]);\n");
+  EXPECT_NO_THROW(CargarDatos(load_));
+  EXPECT_EQ(QueryCount(*connection_, "Personas"), 2);
+  EXPECT_EQ(QueryText(*connection_, "SELECT group_concat(id) FROM Conceptos"), "8,200");
+  EXPECT_EQ(load_.stats.statements_failed, 1);
+  EXPECT_TRUE(Contains(load_.warnings, "sql/emp.sql, sentencia 1"));
+  EXPECT_TRUE(Contains(load_.warnings, "Mala*9"));
+  EXPECT_EQ(CountCalls("mes"), 1);
+}
+
+TEST_F(CargarDatosTest, PathsAreAttachedBeforeTheEntryTransaction) {
+  // The source is named only by the second statement: it must still be readable
+  // although the entry runs in one transaction.
+  AddEntry("Emp", 3, "sql/emp.sql",
+           "Delete * From Conceptos;\n" + kCopyEmp + "Insert into Conceptos (id) Select id From Emp in '[BDOrigen]';\n");
+  CargarDatos(load_);
+  EXPECT_TRUE(load_.warnings.empty()) << load_.warnings.front();
+  EXPECT_EQ(QueryCount(*connection_, "Personas"), 2);
+  EXPECT_EQ(QueryCount(*connection_, "Conceptos"), 2);
+}
+
+TEST_F(CargarDatosTest, InterchangeEntriesReadTheirDataFile) {
+  dir_.write("datos/personas.csv", "Id;Nombre;Alta\n1;Ana;01/02/2020\n2;Luis;31/02/2020\n");
+  dir_.write("csv/personas.sql",
+             "Insert into Personas (id_Persona, Nombre) Select Id, Nombre & ' ' & Format(Alta, 'yyyy') From Imp_P;\n"
+             "@ARCHIVO\nTabla=Imp_P\nEncabezado=Si\nColumna=Id:entero\nColumna=Nombre\nColumna=Alta:fecha\n");
+  ClaArchBD e;
+  e.Codigo = "Personas*3";
+  e.ArchConf = "csv\\personas.sql";
+  e.Existe = true;
+  e.TipoAR = true;
+  e.Ruta = (dir_ / "datos/personas.csv").string();
+  catalogue_.add(e);
+  // A second entry whose data file is missing: a warning, nothing else.
+  e.Codigo = "Otra*3";
+  e.Ruta = (dir_ / "datos/otra.csv").string();
+  catalogue_.add(e);
+  CargarDatos(load_);
+  EXPECT_EQ(QueryText(*connection_, "SELECT group_concat(Nombre, ',') FROM Personas"), "Ana 2020,Luis ");
+  EXPECT_EQ(load_.stats.data_rows, 2);
+  EXPECT_EQ(load_.stats.bad_values, 1);
+  EXPECT_TRUE(Contains(load_.warnings, "personas.csv, línea 3, columna Alta"));
+  EXPECT_TRUE(Contains(load_.warnings, "otra.csv"));
+  // The load table does not outlive its entry.
+  EXPECT_EQ(QueryText(*connection_, "SELECT count(*) FROM temp.sqlite_master WHERE name = 'Imp_P'"), "0");
+}

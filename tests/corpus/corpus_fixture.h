@@ -1,0 +1,50 @@
+// tests/corpus/corpus_fixture.h — a staging and a KEL database with demo-like
+// rows, both connections open, and a runner that records refused statements.
+//
+// The corpus tests run every fixed statement of the system, taken from the
+// statement units (never copied), on the connection that runs it in the
+// program. A refused statement does not stop the test: the runner records it
+// with the engine's message and the SQLite text, and the test fails at its end
+// listing every refusal.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "db/recordset.h"
+#include "db/sqlite_connection.h"
+
+namespace corpus_test {
+
+class CorpusTest : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  // Runs a command; a refusal is recorded.
+  void run(db::SqliteConnection& connection, const std::string& sql);
+  void run_all(db::SqliteConnection& connection, const std::vector<std::string>& statements);
+  // Runs a query; a refusal is recorded and gives no rows.
+  db::Recordset query(db::SqliteConnection& connection, const std::string& sql);
+  // First field of the first row as a number (0 when Null or no row).
+  std::int64_t scalar(db::SqliteConnection& connection, const std::string& sql);
+  // A native count on the connection's database, for sanity checks.
+  std::int64_t count(db::SqliteConnection& connection, const std::string& native_sql);
+
+  // The persons and contracts step as the program runs it.
+  void run_persons_step();
+
+  std::filesystem::path dir_;
+  std::string staging_path_;
+  std::string kel_path_;
+  db::SqliteConnection staging_;
+  db::SqliteConnection kel_;
+  std::vector<std::string> refused_;
+  int statements_run_ = 0;
+};
+
+}  // namespace corpus_test

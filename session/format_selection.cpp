@@ -20,8 +20,14 @@ void LoadFormatList(SessionState& s) {
     return;
   }
   if (conf.text.empty()) return;
-  for (const std::string& line : settings::SplitLines(conf.text))
-    if (settings::ParseLine(line, s.formats)) s.cmbFormato.push_back(s.formats.cell(s.formats.size() - 1, 0));
+  for (const std::string& line : settings::SplitLines(conf.text)) {
+    if (!settings::ParseLine(line, s.formats)) continue;
+    std::size_t row = s.formats.size() - 1;
+    s.cmbFormato.push_back(s.formats.cell(row, 0));
+    if (settings::Trim(s.formats.cell(row, 1)).empty())
+      s.warnings.push_back("ConfIMP.ini: la línea '" + settings::Trim(line) +
+                           "' no indica el archivo del formato (se escribe nombre|archivo)");
+  }
 }
 
 void TipoImp_Click(SessionState& s, int index) {

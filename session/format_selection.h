@@ -9,8 +9,8 @@ namespace session {
 
 // Start-up: reads <program folder>/ConfIMP.ini, makes a new formats table and
 // fills cmbFormato with one item per format line (an empty or missing file
-// leaves the list empty; no message). A ConfIMP.ini that is not readable text
-// adds a warning. The selection is left at -1.
+// leaves the list empty; no message). A ConfIMP.ini that is not readable text,
+// and a line that names no format file, add a warning. The selection is left at -1.
 void LoadFormatList(SessionState& s);
 
 // cmbFormato_Click, the format chosen in cmbFormato_index:

@@ -65,6 +65,8 @@ std::optional<ClaArchBD> EntryFromLine(std::string_view line, bool tipo_ar, std:
   std::string name = settings::Trim(f[0]);
   std::string option = settings::Trim(f[3]);
   if (name.empty()) return fail("falta el nombre");
+  // The option number is read back from the text after the first "*".
+  if (name.find('*') != std::string::npos) return fail("el nombre no puede contener '*'");
   double n = settings::Val(option);
   if (option.empty() || n != std::floor(n) || n < 1 || n > 5)
     return fail("la opción '" + option + "' debe ser un número entero del 1 al 5");

@@ -65,8 +65,8 @@ class ColArchsBD {
 };
 
 // Builds an entry from one line of Archivos (tipo_ar true) or BD (false).
-// A line with fewer than four fields, an option that is not a whole number
-// from 1 to 5, or a condition that does not parse gives nullopt and a Spanish
+// A line with fewer than four fields, an empty name or one holding "*", an
+// option that is not a whole number from 1 to 5, or a condition that does not parse gives nullopt and a Spanish
 // `warning` naming the line. Extra fields after the fourth are ignored.
 std::optional<ClaArchBD> EntryFromLine(std::string_view line, bool tipo_ar, std::string* warning);
 

@@ -49,6 +49,12 @@ TEST(FormatList, ReadsConfImpAndLeavesNothingSelected) {
   EXPECT_EQ(s.cmbFormato, (std::vector<std::string>{"Ambos", "Ninguno", "Base"}));
   EXPECT_EQ(s.cmbFormato_index, -1);
   EXPECT_EQ(s.formats.cell(2, 1), "base\\base.fmt");
+  EXPECT_TRUE(s.warnings.empty());
+  pf.dir.write("ConfIMP.ini", "Bueno|a.fmt\nSinArchivo\n");
+  SessionState w = pf.Start();
+  EXPECT_EQ(w.cmbFormato.size(), 2u);
+  ASSERT_EQ(w.warnings.size(), 1u);
+  EXPECT_NE(w.warnings[0].find("SinArchivo"), std::string::npos);
 
   TempDir empty;
   empty.write("ConfIMP.ini", "");

@@ -34,6 +34,7 @@ TEST(CatalogueEntry, BadLinesAreSkippedWithAReason) {
       {"Emp|NOM(a)|emp.sql|x", "del 1 al 5"},
       {"Emp|NOM(a)|emp.sql|2.5", "del 1 al 5"},
       {"|NOM(a)|emp.sql|1", "nombre"},
+      {"Em*p|NOM(a)|emp.sql|1", "'*'"},
       {"Emp|NOM(a|emp.sql|1", "paréntesis"},
   };
   for (const auto& [line, why] : bad) {

@@ -47,6 +47,7 @@ TEST(Value, IntegersRoundHalfToEven) {
   EXPECT_EQ(db::as_int(db::Value{std::string("7.5")}), 8);
   EXPECT_EQ(db::as_int(db::Value{std::int64_t{9007199254740993}}), 9007199254740993);
   EXPECT_EQ(db::as_int(db::Value{1e30}), INT64_MAX);
+  EXPECT_EQ(db::as_int(db::Value{std::string("9007199254740993")}), 9007199254740993);
 }
 
 TEST(Recordset, FieldsByPositionAndNameIgnoringCase) {

@@ -1,0 +1,166 @@
+// session/main_controller.h — the main window's logic, without a display.
+//
+// MainWindowController is the import session: it owns the session state, the
+// three connections (destination, staging, source), the progress bar and the
+// window's boxes and labels, and runs the window's event procedures under
+// their usual names (Form_Load, cbActualizar_Click, cbImportar_Click ...).
+// Everything it tells or asks the user goes through a UserInterface, so the
+// same controller serves the window, batch runs and tests.
+//
+// Work that belongs to other parts of the program (the preview grids, the
+// mapping grids, the five transfer steps, the ODBC picker) is reached through
+// hooks that are empty by default; a hook that is not set is simply not called.
+//
+// The procedures live in several files by concern: controller_startup.cpp
+// (start-up, format choice, window end), controller_source.cpp (source choice
+// and staging preparation), controller_valido.cpp (the company check),
+// controller_import.cpp (the import run) and error_report.{h,cpp}.
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "db/connection.h"
+#include "session/error_report.h"
+#include "session/progress.h"
+#include "session/session_state.h"
+#include "session/user_interface.h"
+#include "staging/staging_load.h"
+
+namespace session {
+
+class MainWindowController {
+ public:
+  // `program_folder` is the folder beside the program where ConfIMP.ini, the
+  // format and statement files and Generica/Pasaje.mdb live; `ui` must outlive
+  // the controller.
+  MainWindowController(std::filesystem::path program_folder, UserInterface& ui);
+  ~MainWindowController();
+  MainWindowController(const MainWindowController&) = delete;
+  MainWindowController& operator=(const MainWindowController&) = delete;
+
+  // ---- State of the window -------------------------------------------------
+  SessionState state;                          // formats, catalogue, ChkOP, months ...
+  std::unique_ptr<db::Connection> destination; // the KEL company database
+  std::unique_ptr<db::Connection> staging;     // <program folder>/<company folder>/Pasaje.mdb
+  std::unique_ptr<db::Connection> source;      // an ODBC data source, when one was chosen
+  ProgressBar Barra;                           // with lblPorc
+  std::string txtRuta;                         // the source path box
+  std::string PathDeEmp;                       // the destination database file
+  std::string LblEmpresa;                      // shows PathDeEmp
+  bool lblDatosCP_visible = true;              // "Datos Cargados Previamente"
+  bool auto_refresh = false;                   // the command line named the source
+  bool ImportaEmpleados = false;               // ChkOP(2) of the current run
+  bool chkImpSoloConUtil = false;              // import only the concepts in use
+  bool AreConf_visible = false;                // the configuration panel
+  std::vector<std::string> cmbCodBPS;          // the BPS codes of the relations
+  long long total_lines = 0;                   // lines of the matched files (sizes the load's steps)
+
+  // ---- Hooks (empty by default) --------------------------------------------
+  std::function<void()> ActuGrillas;   // refresh the staged-data preview
+  std::function<void()> ActuGridConc;  // refresh the concept-mapping grid
+  std::function<void()> ActuGridTliq;  // refresh the liquidation-type grid
+  // Transfer steps of groups 0..3: company, catalogues, persons, concepts.
+  std::array<std::function<void()>, 4> steps;
+  // Transfer step of group 4, liquidations, with the month bounds as texts
+  // ("yyyy-MM-01", or "" when the bound's box is unticked).
+  std::function<void(const std::string& desde, const std::string& hasta)> step_liquidaciones;
+  // The ODBC data sources of the machine, for the picker.
+  std::function<std::vector<std::string>()> ListarODBC;
+  // Opens a connection on an ODBC connection text ("DSN=name;"); the result's
+  // state tells whether it opened.
+  std::function<std::unique_ptr<db::Connection>(const std::string& connection_text)> open_odbc;
+
+  // ---- Start-up and end (controller_startup.cpp) ---------------------------
+  // Form_Load: default months, the format list, cmbCodBPS, the command line
+  // ("destination", or "destination*source*format index"; trimmed, double
+  // quotes removed), the first format when none was chosen, LblEmpresa, the
+  // months. A format index past the list selects the first format and warns.
+  void Form_Load(const std::string& command_line);
+  // Form_Activate: repaints; the first time after a command line that named a
+  // source, stages it (cbActualizar_Click(0)).
+  void Form_Activate();
+  // Form_Unload: stores Relaciones and ConcCrear in the current format's file.
+  void Form_Unload();
+  // cmbFormato_Click for the format at `index` (-1: none selected).
+  void cmbFormato_Click(int index);
+  // TipoImp_Click: the source kind button `index` (0 database, 1 folder).
+  void TipoImp_Click(int index);
+  // cbConfig_Click: shows or hides the configuration panel.
+  void cbConfig_Click();
+  // cbSalir_Click: closes the source connection, unloads the window and ends
+  // the program (ended() becomes true).
+  void cbSalir_Click();
+  // True once the program was ended (cbSalir, or an error report).
+  bool ended() const { return ended_; }
+
+  // ---- Source and staging (controller_source.cpp) --------------------------
+  // cbBuscar_Click: index 1 picks the destination database; index 0 picks the
+  // source (folder browser or ODBC picker) and stages it when one was chosen.
+  void cbBuscar_Click(int index);
+  // SelEmpresaAImp: opens the destination at `path` (asks for one when the
+  // path is empty or missing) and prepares its staging database.
+  void SelEmpresaAImp(const std::string& path);
+  // PrepararBDAux: makes <program folder>/<name>/Pasaje.mdb from the template
+  // when missing (an existing one is kept) and opens the staging connection on
+  // it; true when open. Only the part of `name` after its last "\" or "/" is
+  // used. Warns "Falta Base Genérica ..." and returns false without template.
+  bool PrepararBDAux(const std::string& name);
+  // cbActualizar_Click: index 0 matches the source folder and runs the staging
+  // load; any other index reopens the destination connection. An error that
+  // escapes the load is reported (see error_report.h) and ends the program.
+  void cbActualizar_Click(int index);
+  // BuscarArchivos: matches the files of `folder` to the catalogue (ticked
+  // groups only), one progress point per entry; ChkOP keeps ticked only the
+  // groups whose sources were found; total_lines sizes the staging load.
+  void BuscarArchivos(const std::string& folder);
+  // CargarDatos: the staging load over the session's state (staging/
+  // staging_load.h). Errors before its first statement propagate.
+  void CargarDatos();
+  // What the last staging load ignored (Spanish) and counted; the window keeps
+  // them for whoever wants to look (batch mode prints a summary).
+  std::vector<std::string> last_load_warnings;
+  staging::StagingLoadStats last_load_stats;
+  // The folder of the staging database ("" before PrepararBDAux chose one).
+  const std::filesystem::path& staging_folder() const { return staging_folder_; }
+
+  // ---- Company check and import run ----------------------------------------
+  // Valido(mostrar): with `mostrar` false, true at once. Otherwise compares
+  // the destination's company with the source's (name, then legal name when
+  // the names agree), asks about a difference and asks for the final
+  // confirmation; true only when every answer was Yes.
+  bool Valido(bool mostrar);
+  // cbImportar_Click: Valido(true), then the ticked transfer steps in the
+  // order 0..4, the mapping grids and "Importación Satisfactoria!!". An error
+  // in a step is reported and ends the program (throws SessionAborted).
+  void cbImportar_Click();
+
+  // ---- Progress ------------------------------------------------------------
+  void ActuBarra(float argument = ProgressBar::kReset) { Barra.ActuBarra(argument); }
+  void AF_GenImp() { Barra.AF_GenImp(); }
+
+  // The file errors are reported in: beside the staging database, or in the
+  // program folder when there is none yet.
+  std::filesystem::path error_report_file() const;
+
+ private:
+  void show_pending_warnings();
+  // Runs `work`; an exception that escapes it is written to the error report,
+  // shown, and ends the program by throwing SessionAborted.
+  void run_guarded(const std::string& procedure, const std::function<void()>& work,
+                   const std::function<std::string()>& current_step,
+                   const std::function<std::vector<std::string>()>& applied);
+  std::string SeleccionarDSN();
+  void select_command_line_format(const std::string& field);
+
+  std::filesystem::path program_folder_;
+  UserInterface& ui_;
+  std::filesystem::path staging_folder_;
+  bool ended_ = false;
+};
+
+}  // namespace session

@@ -1,0 +1,145 @@
+// tests/session/controller_fixture.h — a throw-away program folder and
+// databases for the main-window controller's tests.
+//
+// The program folder holds the staging template (copied from the build's
+// Generica/Pasaje.mdb), a ConfIMP.ini with three formats and their files; the
+// third format ("Archivos") reads a folder of interchange files whose entries
+// load fixed rows into the staging database, so a test can see whether a
+// staging load ran. KEL companies are made from the schema's kel.sql.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "session/main_controller.h"
+#include "db/open_database.h"
+#include "session/scripted_ui.h"
+
+namespace kel_test {
+
+class TempFolder {
+ public:
+  TempFolder() {
+    std::random_device rd;
+    path_ = std::filesystem::temp_directory_path() /
+            ("kel_session_" + std::to_string(rd()) + std::to_string(rd()));
+    std::filesystem::create_directories(path_);
+  }
+  ~TempFolder() {
+    std::error_code ec;
+    std::filesystem::remove_all(path_, ec);
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+inline void write_file(const std::filesystem::path& p, const std::string& bytes) {
+  std::filesystem::create_directories(p.parent_path());
+  std::ofstream(p, std::ios::binary) << bytes;
+}
+
+inline std::string read_file(const std::filesystem::path& p) {
+  std::ifstream in(p, std::ios::binary);
+  std::ostringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+// Runs native SQLite statements on a database file (created when missing).
+inline void run_sqlite(const std::filesystem::path& file, const std::string& sql) {
+  std::filesystem::create_directories(file.parent_path());
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(file.string().c_str(), &db), SQLITE_OK);
+  char* err = nullptr;
+  // One transaction: a whole schema in autocommit mode would sync per statement.
+  int rc = sqlite3_exec(db, ("BEGIN;" + sql + "\nCOMMIT;").c_str(), nullptr, nullptr, &err);
+  std::string message = err ? err : "";
+  sqlite3_free(err);
+  sqlite3_close(db);
+  ASSERT_EQ(rc, SQLITE_OK) << message;
+}
+
+// The first column of the first row of a native query, as text ("" for none).
+inline std::string query_text(const std::filesystem::path& file, const std::string& sql) {
+  sqlite3* db = nullptr;
+  std::string out;
+  if (sqlite3_open_v2(file.string().c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW) {
+      const unsigned char* t = sqlite3_column_text(st, 0);
+      out = t ? reinterpret_cast<const char*>(t) : "";
+    }
+    sqlite3_finalize(st);
+  }
+  sqlite3_close(db);
+  return out;
+}
+
+// A KEL company database (the schema of kel.sql) with one Empresa row.
+inline void make_kel_company(const std::filesystem::path& file, const std::string& nombre,
+                             const std::string& razon_social) {
+  run_sqlite(file, read_file(std::filesystem::path(KEL_SOURCE_DIR) / "schema" / "kel.sql"));
+  run_sqlite(file, "INSERT INTO Empresa (IdEmpresa, Nombre, RazonSocial) VALUES (1, '" + nombre + "', '" +
+                       razon_social + "');");
+}
+
+// A source database as the company check reads it (Em_Nombre, Em_RSocial).
+inline void make_source_company(const std::filesystem::path& file, const std::string& nombre,
+                                const std::string& razon_social) {
+  run_sqlite(file, "CREATE TABLE Empresa (Em_Nombre TEXT, Em_RSocial TEXT); INSERT INTO Empresa VALUES ('" +
+                       nombre + "', '" + razon_social + "');");
+}
+
+// The program folder with the staging template and three formats:
+//   0 "Formato A" -> a.fmt (a database source, TipoBD 1)
+//   1 "Formato B" -> b.fmt (no source keys at all)
+//   2 "Formato C" -> c.fmt (interchange files: empresa*.txt of group 1,
+//                            cargos*.txt of group 2)
+inline void make_program_folder(const std::filesystem::path& prog) {
+  const std::filesystem::path built = std::filesystem::path(KEL_PROGRAM_DIR) / "Generica" / "Pasaje.mdb";
+  ASSERT_TRUE(std::filesystem::exists(built)) << "build the kel_schema_files target first: " << built;
+  std::filesystem::create_directories(prog / "Generica");
+  std::filesystem::copy_file(built, prog / "Generica" / "Pasaje.mdb");
+  write_file(prog / "ConfIMP.ini", "Formato A|a.fmt\r\nFormato B|b.fmt\r\nFormato C|c.fmt\r\n");
+  write_file(prog / "a.fmt", "TipoBD=1\r\nBD=\r\nEmpresa|NOM(origen.mdb)|empresa.sql|1\r\n");
+  write_file(prog / "b.fmt", "ConcCrear=\r\n");
+  write_file(prog / "c.fmt",
+             "Archivos=\r\nEmpresa|NOM(empresa*.txt)|empresa.sql|1\r\nCargos|NOM(cargos*.txt)|cargos.sql|2\r\n"
+             "TablaNoBorrar=RelacConc,RelacTLiq\r\n");
+  write_file(prog / "empresa.sql", "Insert Into Empresa (IdEmpresa, Nombre) Values (7, 'Cargada');\r\n");
+  write_file(prog / "cargos.sql", "Insert Into Cargos (id_Cargo, Cargo) Values (3, 'Peón');\r\n");
+}
+
+// A ScriptedUserInterface that also keeps the titles and prompts of the
+// dialogs it was asked to show.
+class RecordingUi : public session::ScriptedUserInterface {
+ public:
+  std::vector<std::string> dialogs;
+  std::string open_file(const std::string& title, const std::string& filter) override {
+    dialogs.push_back("archivo: " + title + " | " + filter);
+    return ScriptedUserInterface::open_file(title, filter);
+  }
+  std::optional<std::string> browse_folder(const std::string& title, const std::string& prompt,
+                                           const std::string& start) override {
+    dialogs.push_back("carpeta: " + title + " | " + prompt + " | " + start);
+    return ScriptedUserInterface::browse_folder(title, prompt, start);
+  }
+};
+
+inline bool has_line(const std::vector<std::string>& log, const std::string& line) {
+  return std::find(log.begin(), log.end(), line) != log.end();
+}
+
+}  // namespace kel_test

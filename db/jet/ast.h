@@ -67,6 +67,7 @@ struct Expr {
   Name name;                      // kColumn
   std::vector<ExprPtr> args;
   SelectPtr select;  // kInSelect, kExists, kSubquery
+  int height = 1;    // 1 + the tallest operand: bounds the emitter's recursion
 };
 
 // A table named in a statement, optionally in another database (`T in 'path'`).

@@ -16,6 +16,17 @@ constexpr std::array<std::string_view, 44> kReserved = {
 
 }  // namespace
 
+// Deep enough for any real statement (the largest of the system nests about
+// ten levels), shallow enough for the recursion to stay far from the stack's end.
+constexpr int kMaxDepth = 200;
+
+Parser::DepthGuard::DepthGuard(Parser& parser) : parser_(parser) {
+  if (++parser_.depth_ > kMaxDepth) {
+    --parser_.depth_;
+    FailAt(parser_.source_, parser_.Peek().pos, "La instrucción tiene demasiados niveles anidados");
+  }
+}
+
 Parser::Parser(std::string_view source) : source_(source), tokens_(Tokenize(source)) {}
 
 const Token& Parser::Peek(std::size_t ahead) const {

@@ -80,10 +80,25 @@ class Parser {
   ExprPtr ParsePrimary();
   ExprPtr ParseNameOrCall();
   std::vector<ExprPtr> ParseExprList();
+  ExprPtr Checked(ExprPtr e);
+
+  // Counts nesting (parentheses, subqueries, Not/minus chains) so that a
+  // pathological statement is refused instead of exhausting the stack.
+  class DepthGuard {
+   public:
+    explicit DepthGuard(Parser& parser);
+    ~DepthGuard() { --parser_.depth_; }
+    DepthGuard(const DepthGuard&) = delete;
+    DepthGuard& operator=(const DepthGuard&) = delete;
+
+   private:
+    Parser& parser_;
+  };
 
   std::string_view source_;
   std::vector<Token> tokens_;
   std::size_t index_ = 0;
+  int depth_ = 0;
 };
 
 }  // namespace db::jet

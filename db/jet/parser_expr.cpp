@@ -4,6 +4,8 @@
 // comparisons, &, + and -, Mod, \, * and /, unary minus, ^. So
 // `1000000000+id & 'x'` is `(1000000000+id) & 'x'` and `Not x Is Null` is
 // `Not (x Is Null)`. Binary operators associate to the left.
+#include <algorithm>
+
 #include "db/jet/parser.h"
 
 namespace db::jet {
@@ -30,7 +32,22 @@ ExprPtr MakeUnary(Op op, std::size_t pos, ExprPtr operand) {
 
 }  // namespace
 
-ExprPtr Parser::ParseExpr() { return ParseImp(); }
+// Operator chains are parsed in loops, so their trees can grow without the
+// parser recursing; their height is limited here instead, because emitting
+// and freeing a tree recurses once per level.
+ExprPtr Parser::Checked(ExprPtr e) {
+  constexpr int kMaxHeight = 500;
+  for (const ExprPtr& arg : e->args) e->height = std::max(e->height, arg->height + 1);
+  if (e->height > kMaxHeight) {
+    FailAt(source_, e->pos, "La instrucción tiene demasiados niveles anidados");
+  }
+  return e;
+}
+
+ExprPtr Parser::ParseExpr() {
+  DepthGuard guard(*this);
+  return ParseImp();
+}
 
 std::vector<ExprPtr> Parser::ParseExprList() {
   std::vector<ExprPtr> list;
@@ -44,7 +61,7 @@ ExprPtr Parser::ParseImp() {
   ExprPtr left = ParseEqv();
   while (AtKeyword("IMP")) {
     std::size_t pos = Next().pos;
-    left = MakeBinary(Op::kImp, pos, std::move(left), ParseEqv());
+    left = Checked(MakeBinary(Op::kImp, pos, std::move(left), ParseEqv()));
   }
   return left;
 }
@@ -53,7 +70,7 @@ ExprPtr Parser::ParseEqv() {
   ExprPtr left = ParseXor();
   while (AtKeyword("EQV")) {
     std::size_t pos = Next().pos;
-    left = MakeBinary(Op::kEqv, pos, std::move(left), ParseXor());
+    left = Checked(MakeBinary(Op::kEqv, pos, std::move(left), ParseXor()));
   }
   return left;
 }
@@ -62,7 +79,7 @@ ExprPtr Parser::ParseXor() {
   ExprPtr left = ParseOr();
   while (AtKeyword("XOR")) {
     std::size_t pos = Next().pos;
-    left = MakeBinary(Op::kXor, pos, std::move(left), ParseOr());
+    left = Checked(MakeBinary(Op::kXor, pos, std::move(left), ParseOr()));
   }
   return left;
 }
@@ -71,7 +88,7 @@ ExprPtr Parser::ParseOr() {
   ExprPtr left = ParseAnd();
   while (AtKeyword("OR")) {
     std::size_t pos = Next().pos;
-    left = MakeBinary(Op::kOr, pos, std::move(left), ParseAnd());
+    left = Checked(MakeBinary(Op::kOr, pos, std::move(left), ParseAnd()));
   }
   return left;
 }
@@ -80,15 +97,16 @@ ExprPtr Parser::ParseAnd() {
   ExprPtr left = ParseNot();
   while (AtKeyword("AND")) {
     std::size_t pos = Next().pos;
-    left = MakeBinary(Op::kAnd, pos, std::move(left), ParseNot());
+    left = Checked(MakeBinary(Op::kAnd, pos, std::move(left), ParseNot()));
   }
   return left;
 }
 
 ExprPtr Parser::ParseNot() {
   if (AtKeyword("NOT")) {
+    DepthGuard guard(*this);
     std::size_t pos = Next().pos;
-    return MakeUnary(Op::kNot, pos, ParseNot());
+    return Checked(MakeUnary(Op::kNot, pos, ParseNot()));
   }
   return ParseComparison();
 }
@@ -106,7 +124,7 @@ ExprPtr Parser::ParseComparison() {
       for (const auto& entry : kOps) {
         if (t.text == entry.text) {
           Next();
-          left = MakeBinary(entry.op, pos, std::move(left), ParseConcat());
+          left = Checked(MakeBinary(entry.op, pos, std::move(left), ParseConcat()));
           found = true;
           break;
         }
@@ -122,7 +140,7 @@ ExprPtr Parser::ParseComparison() {
       e->negated = AcceptKeyword("NOT");
       if (!AcceptKeyword("NULL")) Expected("NULL después de IS");
       e->args.push_back(std::move(left));
-      left = std::move(e);
+      left = Checked(std::move(e));
       continue;
     }
     bool negated = false;
@@ -133,7 +151,7 @@ ExprPtr Parser::ParseComparison() {
     }
     if (AtKeyword("LIKE")) {
       Next();
-      left = MakeBinary(Op::kLike, pos, std::move(left), ParseConcat());
+      left = Checked(MakeBinary(Op::kLike, pos, std::move(left), ParseConcat()));
       left->negated = negated;
     } else if (AtKeyword("BETWEEN")) {
       Next();
@@ -145,7 +163,7 @@ ExprPtr Parser::ParseComparison() {
       e->args.push_back(ParseConcat());
       ExpectKeyword("AND");
       e->args.push_back(ParseConcat());
-      left = std::move(e);
+      left = Checked(std::move(e));
     } else if (AtKeyword("IN")) {
       Next();
       auto e = std::make_unique<Expr>();
@@ -161,7 +179,7 @@ ExprPtr Parser::ParseComparison() {
         for (ExprPtr& item : ParseExprList()) e->args.push_back(std::move(item));
       }
       ExpectSymbol(")");
-      left = std::move(e);
+      left = Checked(std::move(e));
     } else {
       return left;
     }
@@ -172,7 +190,7 @@ ExprPtr Parser::ParseConcat() {
   ExprPtr left = ParseAdditive();
   while (AtSymbol("&")) {
     std::size_t pos = Next().pos;
-    left = MakeBinary(Op::kConcat, pos, std::move(left), ParseAdditive());
+    left = Checked(MakeBinary(Op::kConcat, pos, std::move(left), ParseAdditive()));
   }
   return left;
 }
@@ -182,7 +200,7 @@ ExprPtr Parser::ParseAdditive() {
   while (AtSymbol("+") || AtSymbol("-")) {
     const Token& t = Next();
     Op op = t.text == "+" ? Op::kAdd : Op::kSub;
-    left = MakeBinary(op, t.pos, std::move(left), ParseMod());
+    left = Checked(MakeBinary(op, t.pos, std::move(left), ParseMod()));
   }
   return left;
 }
@@ -191,7 +209,7 @@ ExprPtr Parser::ParseMod() {
   ExprPtr left = ParseIntDiv();
   while (AtKeyword("MOD")) {
     std::size_t pos = Next().pos;
-    left = MakeBinary(Op::kMod, pos, std::move(left), ParseIntDiv());
+    left = Checked(MakeBinary(Op::kMod, pos, std::move(left), ParseIntDiv()));
   }
   return left;
 }
@@ -200,7 +218,7 @@ ExprPtr Parser::ParseIntDiv() {
   ExprPtr left = ParseMultiplicative();
   while (AtSymbol("\\")) {
     std::size_t pos = Next().pos;
-    left = MakeBinary(Op::kIntDiv, pos, std::move(left), ParseMultiplicative());
+    left = Checked(MakeBinary(Op::kIntDiv, pos, std::move(left), ParseMultiplicative()));
   }
   return left;
 }
@@ -210,19 +228,17 @@ ExprPtr Parser::ParseMultiplicative() {
   while (AtSymbol("*") || AtSymbol("/")) {
     const Token& t = Next();
     Op op = t.text == "*" ? Op::kMul : Op::kDiv;
-    left = MakeBinary(op, t.pos, std::move(left), ParseUnary());
+    left = Checked(MakeBinary(op, t.pos, std::move(left), ParseUnary()));
   }
   return left;
 }
 
 ExprPtr Parser::ParseUnary() {
-  if (AtSymbol("-")) {
-    std::size_t pos = Next().pos;
-    return MakeUnary(Op::kNeg, pos, ParseUnary());
-  }
-  if (AtSymbol("+")) {
-    Next();
-    return ParseUnary();
+  if (AtSymbol("-") || AtSymbol("+")) {
+    DepthGuard guard(*this);
+    const Token& sign = Next();
+    if (sign.text == "+") return ParseUnary();
+    return Checked(MakeUnary(Op::kNeg, sign.pos, ParseUnary()));
   }
   return ParsePower();
 }
@@ -239,7 +255,7 @@ ExprPtr Parser::ParsePower() {
     } else {
       right = ParsePrimary();
     }
-    left = MakeBinary(Op::kPow, pos, std::move(left), std::move(right));
+    left = Checked(MakeBinary(Op::kPow, pos, std::move(left), std::move(right)));
   }
   return left;
 }

@@ -4,6 +4,7 @@
 namespace db::jet {
 
 SelectPtr Parser::ParseSelect() {
+  DepthGuard guard(*this);
   SelectPtr select = ParseSelectCore();
   while (AtKeyword("UNION")) {
     std::size_t pos = Next().pos;
@@ -102,6 +103,7 @@ std::optional<Name> Parser::ParseOptionalAlias() {
 }
 
 FromItemPtr Parser::ParseFromItem() {
+  DepthGuard guard(*this);
   FromItemPtr left = ParseFromPrimary();
   while (true) {
     std::size_t pos = Peek().pos;

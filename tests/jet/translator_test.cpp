@@ -149,6 +149,43 @@ TEST(JetTranslate, SyntaxErrorsSayWhatWasExpectedAndFound) {
   }
 }
 
+TEST(JetTranslate, DeepNestingIsRefusedNotOverflowed) {
+  FakeContext context = MakeContext();
+  std::string ok = "Select " + std::string(50, '(') + "1" + std::string(50, ')') + " as x";
+  EXPECT_EQ(db::jet::translate(ok, context).statements[0], "SELECT 1 AS x");
+  std::string long_chain = "Select 1";
+  for (int i = 0; i < 400; ++i) long_chain += "+1";
+  EXPECT_NO_THROW(db::jet::translate(long_chain + " as x", context));
+
+  for (const std::string& deep :
+       {"Select " + std::string(100000, '(') + "1" + std::string(100000, ')') + " as x",
+        "Select " + std::string(100000, '-') + "1 as x",
+        "Select * From T Where " + [] {
+          std::string nots;
+          for (int i = 0; i < 50000; ++i) nots += "Not ";
+          return nots;
+        }() + "id=1",
+        "Select * From " + std::string(100000, '(') + "T",
+        // Chains are parsed in loops: their height is what is limited.
+        "Select 1" + [] {
+          std::string chain;
+          for (int i = 0; i < 100000; ++i) chain += "+1";
+          return chain;
+        }() + " as x",
+        "Select x" + [] {
+          std::string chain;
+          for (int i = 0; i < 100000; ++i) chain += " Is Null";
+          return chain;
+        }() + " as x"}) {
+    try {
+      db::jet::translate(deep, context);
+      ADD_FAILURE() << "no error";
+    } catch (const TranslateError& e) {
+      EXPECT_NE(std::string(e.what()).find("demasiados niveles anidados"), std::string::npos);
+    }
+  }
+}
+
 // Bad input is refused with a TranslateError, never anything worse: every
 // prefix of real statements either translates or is refused cleanly.
 TEST(JetTranslate, EveryPrefixOfARealStatementTranslatesOrIsRefused) {

@@ -180,132 +180,162 @@ class Generator {
   }
 
  private:
-  void month(const ContractPlan& c, int m) {
-    Prng rng = Prng::stream(options_.seed, kLiquidationStream + static_cast<std::uint64_t>(c.id),
-                            static_cast<std::uint64_t>(m));
-    const PersonPlan& person = staff_.persons[static_cast<std::size_t>(c.person_id - 1)];
-    const double sal = std::round(c.salary * factor_[static_cast<std::size_t>(m - staff_.first_month)]);
-    const double monthly = c.tipo_rem == 1 ? sal : sal * 25;
-    const double daily = c.tipo_rem == 1 ? sal / 30 : sal;
-    const double hourly = monthly / (c.horas * 25.0);
-    const double fonasa = person.children > 0 ? 6 : 4.5;
-    const double b = bpc(m / 12);
-    const bool first = m == c.start.month_index();
-    const bool last = !c.open && m == c.end.month_index();
+  // What every liquidation of one contract in one month starts from.
+  struct Month {
+    const ContractPlan& c;
+    const PersonPlan& person;
+    int m;
+    Prng rng;
+    double sal = 0, monthly = 0, daily = 0, hourly = 0, fonasa = 0, bpc = 0, advance = 0;
+    bool first = false, last = false, takes_advance = false;
     int days = 30;
-    if (first) days = 30 - std::min(c.start.day, 30) + 1;
-    if (last) days = std::min(c.end.day, 30) - (first ? std::min(c.start.day, 30) - 1 : 0);
-    days = std::max(days, 1);
-    const double advance = c.advance ? std::round(monthly * 0.4 / 100.0) * 100.0 : 0;
+  };
 
-    if (c.advance && !last && days >= 15) {
-      Slip s(kAdelantoQuincenal);
-      s.earn(kAdelanto, 1, advance, false);
-      s.net();
-      write(c, m, s, day_of_month(m, 15), rng);
-    }
+  void month(const ContractPlan& c, int m) {
+    Month x{c, staff_.persons[static_cast<std::size_t>(c.person_id - 1)], m,
+            Prng::stream(options_.seed, kLiquidationStream + static_cast<std::uint64_t>(c.id),
+                         static_cast<std::uint64_t>(m))};
+    x.sal = std::round(c.salary * factor_[static_cast<std::size_t>(m - staff_.first_month)]);
+    x.monthly = c.tipo_rem == 1 ? x.sal : x.sal * 25;
+    x.daily = c.tipo_rem == 1 ? x.sal / 30 : x.sal;
+    x.hourly = x.monthly / (c.horas * 25.0);
+    x.fonasa = x.person.children > 0 ? 6 : 4.5;
+    x.bpc = bpc(m / 12);
+    x.first = m == c.start.month_index();
+    x.last = !c.open && m == c.end.month_index();
+    if (x.first) x.days = 30 - std::min(c.start.day, 30) + 1;
+    if (x.last) x.days = std::min(c.end.day, 30) - (x.first ? std::min(c.start.day, 30) - 1 : 0);
+    x.days = std::max(x.days, 1);
+    x.takes_advance = c.advance && !x.last && x.days >= 15;
+    x.advance = c.advance ? std::round(x.monthly * 0.4 / 100.0) * 100.0 : 0;
 
-    {
-      Slip s(kMensual);
-      double basic;
-      if (c.tipo_rem == 1) {
-        basic = s.earn(kSueldo, days, sal / 30);
-      } else {
-        const int worked = std::max(1, days * 26 / 30 - rng.range(0, 3));
-        basic = s.earn(kJornales, worked, sal);
-      }
-      const int years = (m - c.start.month_index()) / 12;
-      if (years >= 1) s.earn_percent(kAntiguedad, std::min(years, 20), basic);
-      if (rng.chance(85)) s.earn_percent(kPresentismo, 5, basic);
-      if (rng.chance(40)) s.earn(kHorasExtra, rng.range(2, 24), hourly * 2);
-      if (rng.chance(10)) s.earn(kHorasExtraFeriado, rng.range(4, 16), hourly * 2.5);
-      if (rng.chance(20)) s.earn(kNocturnidad, rng.range(10, 80), hourly * 0.2);
-      if (rng.chance(10)) s.earn(kFeriadoPago, 1, daily * 2);
-      if (rng.chance(15)) s.earn(kProductividad, 1, std::round(basic * rng.range(5, 15) / 100.0));
-      if (c.sector == 5 && rng.chance(60)) s.earn(kQuebrantoCaja, 1, 1500);
-      if (rng.chance(5)) s.earn(kEnfermedad, rng.range(1, 5), daily * 0.3);
-      if (rng.chance(30)) s.earn(kTicketAlimentacion, 1, 2000 + 500 * rng.range(0, 4), false);
-      if (rng.chance(10)) s.earn(kViaticos, 1, 500 * rng.range(2, 10), false);
-
-      s.info(kDiasTrabajados, days, 0, 0);
-      s.info(kHorasTrabajadas, days * c.horas, 0, 0);
-      s.info(kSueldoNominal, 1, round2(monthly), round2(monthly));
-      s.info(kValorHora, 1, round2(hourly), round2(hourly));
-      const double gravado = s.gravado();
-      s.info(kMontoImponible, 1, round2(gravado), round2(gravado));
-      s.contributions(fonasa);
-      const double base_irpf = round2(gravado * 1.06);
-      if (base_irpf > 7 * b) {
-        const double deducciones = round2(s.aportes() + person.children * 13.0 * b / 12.0);
-        s.info(kBaseIrpf, 1, base_irpf, base_irpf);
-        s.info(kDeduccionesIrpf, 1, deducciones, deducciones);
-        s.deduct(kIrpf, 1, irpf(base_irpf, s.aportes(), person.children, b));
-      }
-      if (c.advance && !last && days >= 15) s.deduct(kDescAdelanto, 1, advance);
-      if (c.union_dues) s.deduct_percent(kCuotaSindical, 1, basic);
-      if (c.court_order) s.deduct_percent(kRetencionJudicial, 20, round2(gravado - s.aportes()));
-      if (c.loan_from >= 0 && m >= c.loan_from && m < c.loan_from + 12) {
-        s.deduct(kPrestamo, 1, std::round(c.salary * (c.tipo_rem == 1 ? 0.08 : 2.0)));
-      }
-      if (c.life_insurance) s.deduct(kSeguroVida, 1, 350);
-      if (rng.chance(8)) s.deduct(kFaltas, rng.range(1, 2), daily);
-      if (rng.chance(5)) s.deduct(kLlegadasTarde, rng.range(1, 3), hourly);
-      s.totals(true);
-      s.employer();
-      s.days = days;
-      write(c, m, s, day_of_month(m + 1, 3), rng);
-    }
-
+    if (x.takes_advance) adelanto(x);
+    mensual(x);
     const int month_of_year = m % 12 + 1;
-    if (month_of_year == c.leave_month && !first && !last) {
-      const int leave_days = 20 + std::min((m - c.start.month_index()) / 48, 10);
-      Slip s(kLicenciaTipo);
-      s.earn(kLicencia, leave_days, daily);
-      s.contributions(fonasa);
-      s.totals(true);
-      write(c, m, s, day_of_month(m, rng.range(1, 5)), rng);
-
-      Slip v(kVacacional);
-      v.earn(kSalarioVacacional, leave_days, daily, false);
-      v.totals(false);
-      write(c, m, v, day_of_month(m, rng.range(1, 5)), rng);
-    }
-
-    if ((month_of_year == 6 || month_of_year == 12) && !last) {
-      // Half a month's pay for a full semester, in proportion otherwise.
-      const int semester_start = m - 5;
-      const int months = m - std::max(semester_start, c.start.month_index()) + 1;
-      Slip s(kAguinaldoTipo);
-      s.earn(kAguinaldo, std::min(months, 6), monthly / 12);
-      s.contributions(fonasa);
-      s.totals(true);
-      s.employer();
-      write(c, m, s, day_of_month(m, month_of_year == 6 ? 20 : 18), rng);
-    }
-
-    if (rng.chance(3)) {
-      Slip s(kComplementaria);
-      s.earn(kDiferenciaSalarial, 1, std::round(monthly * rng.range(2, 5) / 100.0));
-      s.contributions(fonasa);
-      s.totals(false);
-      write(c, m, s, day_of_month(m, 25), rng);
-    }
-
-    if (last) {
-      const int service_months = m - c.start.month_index();
-      const int pending = 1 + (m % 12) * 20 / 12;
-      Slip s(kEgreso);
-      if (c.motivo_egreso == 1) s.earn(kIndemnizacion, std::min(6, service_months / 12 + 1), monthly, false);
-      s.earn(kLicenciaNoGozada, pending, daily);
-      s.earn(kSalarioVacacional, pending, daily, false);
-      s.earn(kAguinaldo, 1, monthly * (m % 6 + 1) / 12.0);
-      s.contributions(fonasa);
-      s.totals(true);
-      write(c, m, s, c.end, rng);
-    }
+    if (month_of_year == c.leave_month && !x.first && !x.last) licencia(x);
+    if ((month_of_year == 6 || month_of_year == 12) && !x.last) aguinaldo(x, month_of_year);
+    if (x.rng.chance(3)) complementaria(x);
+    if (x.last) egreso(x);
   }
 
-  void write(const ContractPlan& c, int m, const Slip& s, const Date& fecha, Prng& rng) {
+  // The mid-month advance, discounted again in the monthly liquidation.
+  void adelanto(Month& x) {
+    Slip s(kAdelantoQuincenal);
+    s.earn(kAdelanto, 1, x.advance, false);
+    s.net();
+    write(x, s, day_of_month(x.m, 15));
+  }
+
+  void mensual(Month& x) {
+    const ContractPlan& c = x.c;
+    Prng& rng = x.rng;
+    Slip s(kMensual);
+    double basic;
+    if (c.tipo_rem == 1) {
+      basic = s.earn(kSueldo, x.days, x.sal / 30);
+    } else {
+      const int worked = std::max(1, x.days * 26 / 30 - rng.range(0, 3));
+      basic = s.earn(kJornales, worked, x.sal);
+    }
+    const int years = (x.m - c.start.month_index()) / 12;
+    if (years >= 1) s.earn_percent(kAntiguedad, std::min(years, 20), basic);
+    if (rng.chance(85)) s.earn_percent(kPresentismo, 5, basic);
+    if (rng.chance(40)) s.earn(kHorasExtra, rng.range(2, 24), x.hourly * 2);
+    if (rng.chance(10)) s.earn(kHorasExtraFeriado, rng.range(4, 16), x.hourly * 2.5);
+    if (rng.chance(20)) s.earn(kNocturnidad, rng.range(10, 80), x.hourly * 0.2);
+    if (rng.chance(10)) s.earn(kFeriadoPago, 1, x.daily * 2);
+    if (rng.chance(15)) s.earn(kProductividad, 1, std::round(basic * rng.range(5, 15) / 100.0));
+    if (c.sector == 5 && rng.chance(60)) s.earn(kQuebrantoCaja, 1, 1500);
+    if (rng.chance(5)) s.earn(kEnfermedad, rng.range(1, 5), x.daily * 0.3);
+    if (rng.chance(30)) s.earn(kTicketAlimentacion, 1, 2000 + 500 * rng.range(0, 4), false);
+    if (rng.chance(10)) s.earn(kViaticos, 1, 500 * rng.range(2, 10), false);
+
+    s.info(kDiasTrabajados, x.days, 0, 0);
+    s.info(kHorasTrabajadas, x.days * c.horas, 0, 0);
+    s.info(kSueldoNominal, 1, round2(x.monthly), round2(x.monthly));
+    s.info(kValorHora, 1, round2(x.hourly), round2(x.hourly));
+    const double gravado = s.gravado();
+    s.info(kMontoImponible, 1, round2(gravado), round2(gravado));
+    s.contributions(x.fonasa);
+    const double base_irpf = round2(gravado * 1.06);
+    if (base_irpf > 7 * x.bpc) {
+      const double deducciones = round2(s.aportes() + x.person.children * 13.0 * x.bpc / 12.0);
+      s.info(kBaseIrpf, 1, base_irpf, base_irpf);
+      s.info(kDeduccionesIrpf, 1, deducciones, deducciones);
+      s.deduct(kIrpf, 1, irpf(base_irpf, s.aportes(), x.person.children, x.bpc));
+    }
+    if (x.takes_advance) s.deduct(kDescAdelanto, 1, x.advance);
+    if (c.union_dues) s.deduct_percent(kCuotaSindical, 1, basic);
+    if (c.court_order) s.deduct_percent(kRetencionJudicial, 20, round2(gravado - s.aportes()));
+    if (c.loan_from >= 0 && x.m >= c.loan_from && x.m < c.loan_from + 12) {
+      s.deduct(kPrestamo, 1, std::round(c.salary * (c.tipo_rem == 1 ? 0.08 : 2.0)));
+    }
+    if (c.life_insurance) s.deduct(kSeguroVida, 1, 350);
+    if (rng.chance(8)) s.deduct(kFaltas, rng.range(1, 2), x.daily);
+    if (rng.chance(5)) s.deduct(kLlegadasTarde, rng.range(1, 3), x.hourly);
+    s.totals(true);
+    s.employer();
+    s.days = x.days;
+    write(x, s, day_of_month(x.m + 1, 3));
+  }
+
+  // Annual leave and its holiday pay, in the contract's leave month; a day
+  // more every four years of service.
+  void licencia(Month& x) {
+    const int leave_days = 20 + std::min((x.m - x.c.start.month_index()) / 48, 10);
+    Slip s(kLicenciaTipo);
+    s.earn(kLicencia, leave_days, x.daily);
+    s.contributions(x.fonasa);
+    s.totals(true);
+    write(x, s, day_of_month(x.m, x.rng.range(1, 5)));
+
+    Slip v(kVacacional);
+    v.earn(kSalarioVacacional, leave_days, x.daily, false);
+    v.totals(false);
+    write(x, v, day_of_month(x.m, x.rng.range(1, 5)));
+  }
+
+  // Half a month's pay for a full semester, in proportion otherwise.
+  void aguinaldo(Month& x, int month_of_year) {
+    const int months = x.m - std::max(x.m - 5, x.c.start.month_index()) + 1;
+    Slip s(kAguinaldoTipo);
+    s.earn(kAguinaldo, std::min(months, 6), x.monthly / 12);
+    s.contributions(x.fonasa);
+    s.totals(true);
+    s.employer();
+    write(x, s, day_of_month(x.m, month_of_year == 6 ? 20 : 18));
+  }
+
+  // Now and then a difference agreed later is paid apart.
+  void complementaria(Month& x) {
+    Slip s(kComplementaria);
+    s.earn(kDiferenciaSalarial, 1, std::round(x.monthly * x.rng.range(2, 5) / 100.0));
+    s.contributions(x.fonasa);
+    s.totals(false);
+    write(x, s, day_of_month(x.m, 25));
+  }
+
+  // The final settlement: severance on dismissal (reason 1), leave not
+  // taken with its holiday pay, and the aguinaldo of the semester so far.
+  void egreso(Month& x) {
+    const int service_months = x.m - x.c.start.month_index();
+    const int pending = 1 + (x.m % 12) * 20 / 12;
+    Slip s(kEgreso);
+    if (x.c.motivo_egreso == 1) s.earn(kIndemnizacion, std::min(6, service_months / 12 + 1), x.monthly, false);
+    s.earn(kLicenciaNoGozada, pending, x.daily);
+    s.earn(kSalarioVacacional, pending, x.daily, false);
+    s.earn(kAguinaldo, 1, x.monthly * (x.m % 6 + 1) / 12.0);
+    s.contributions(x.fonasa);
+    s.totals(true);
+    write(x, s, x.c.end);
+  }
+
+  // One header and its lines. The last month of the period is not yet
+  // printed nor closed; now and then an older one was never printed either.
+  void write(Month& x, const Slip& s, const Date& fecha) {
+    const ContractPlan& c = x.c;
+    const int m = x.m;
+    Prng& rng = x.rng;
     const std::int64_t id = ++counts_.headers;
     const bool closed_month = m < staff_.last_month;
     const bool aguinaldo = s.tipo() == kAguinaldoTipo;

@@ -298,16 +298,6 @@ std::string_view trim_spaces(std::string_view s) {
 
 // ---- Format patterns ----------------------------------------------------
 
-int day_of_year(const DateTime& d) {
-  return static_cast<int>(day_number(d) - days_from_civil(d.year, 1, 1)) + 1;
-}
-
-// Week of the year: week 1 holds January 1st, weeks start on Sunday.
-int week_of_year(const DateTime& d) {
-  int first_weekday = weekday(days_from_civil(d.year, 1, 1));
-  return (day_of_year(d) + first_weekday - 2) / 7 + 1;
-}
-
 void append_short_date(std::string& out, const DateTime& d) {
   append_2(out, d.day);
   out.push_back('/');
@@ -396,6 +386,20 @@ bool is_valid(const DateTime& d) {
   return d.year >= kMinYear && d.year <= kMaxYear && d.month >= 1 && d.month <= 12 && d.day >= 1 &&
          d.day <= days_in_month(d.year, d.month) && d.hour >= 0 && d.hour <= 23 && d.minute >= 0 &&
          d.minute <= 59 && d.second >= 0 && d.second <= 59;
+}
+
+int day_of_year(const DateTime& d) {
+  return static_cast<int>(day_number(d) - days_from_civil(d.year, 1, 1)) + 1;
+}
+
+int week_of_year(const DateTime& d) {
+  int first_weekday = weekday(days_from_civil(d.year, 1, 1));
+  return (day_of_year(d) + first_weekday - 2) / 7 + 1;
+}
+
+std::string_view month_name(int month, bool abbreviated) {
+  if (month < 1 || month > 12) return {};
+  return abbreviated ? kMonthAbbrev[static_cast<std::size_t>(month - 1)] : kMonthNames[static_cast<std::size_t>(month - 1)];
 }
 
 int weekday(std::int64_t dn) {

@@ -118,4 +118,13 @@ void append_date_pattern(std::string& out, const DateTime& d, std::string_view p
 // Weekday of a day number, Sunday = 1 ... Saturday = 7.
 int weekday(std::int64_t day_number);
 
+// Day of the year (1 for January 1st) and week of the year (week 1 holds
+// January 1st; weeks start on Sunday), as Format's y and ww show them.
+int day_of_year(const DateTime& d);
+int week_of_year(const DateTime& d);
+
+// Spanish name of a month 1-12 ("febrero", or "feb" abbreviated); empty
+// for any other number.
+std::string_view month_name(int month, bool abbreviated);
+
 }  // namespace db::jet

@@ -124,6 +124,19 @@ std::string_view mid_chars(std::string_view s, std::int64_t start, std::optional
 // binary.
 std::int64_t instr_chars(std::int64_t start, std::string_view s, std::string_view find, bool binary = false);
 
+// Byte offset of the first case-insensitive occurrence of `find` (not
+// empty) in s at or after byte `from` (a character start); npos if none.
+std::size_t find_text(std::string_view s, std::string_view find, std::size_t from);
+
+// s reversed character by character.
+void append_reversed(std::string& out, std::string_view s);
+
+// UTF-8 text of one code point (invalid ones give U+FFFD).
+void append_code_point(std::string& out, char32_t cp);
+
+// Code point of the first character of s (s not empty).
+char32_t first_code_point(std::string_view s);
+
 // s without leading and/or trailing spaces (only ' ', as Jet).
 std::string_view trim_view(std::string_view s, bool leading, bool trailing);
 
@@ -199,6 +212,30 @@ Value DateAdd(const Value& interval, const Value& n, const Value& d);
 // Counts the interval boundaries crossed from d1 to d2 ("d": calendar days,
 // "m": calendar months, "ww": Sundays, "w": whole weeks of days).
 Value DateDiff(const Value& interval, const Value& d1, const Value& d2);
+
+// Less common functions a statement file may use.
+Value Replace(const Value& s, const Value& find, const Value& with);  // case-insensitive
+Value Str(const Value& x);        // " 12" / "-12": a space stands for the sign
+Value IsNumeric(const Value& x);  // -1 / 0 (dates and Null are not numbers)
+Value IsDate(const Value& x);     // -1 / 0 for texts CDate reads
+Value CCur(const Value& x);       // rounded half to even at 4 decimals
+Value CSng(const Value& x);       // single precision (7 significant digits)
+Value CByte(const Value& x);      // 0-255
+Value Chr(const Value& code);     // the character of a Unicode code point
+Value Asc(const Value& s);        // code point of the first character
+Value String(const Value& n, const Value& c);
+Value InStrRev(const Value& s, const Value& find);
+Value InStrRev(const Value& s, const Value& find, const Value& start);
+Value StrReverse(const Value& s);
+Value Sqr(const Value& x);
+Value Exp(const Value& x);
+Value Log(const Value& x);
+Value MonthName(const Value& m);
+Value MonthName(const Value& m, const Value& abbreviated);
+// Intervals as DateAdd's, "y" day of year, "w" weekday, "ww" week of year.
+Value DatePart(const Value& interval, const Value& d);
+Value DateValue(const Value& d);  // the date without its time
+Value TimeValue(const Value& d);  // the time on 1899-12-30
 
 // Operators.
 Value Concat(const Value& a, const Value& b);    // a & b

@@ -264,6 +264,51 @@ std::int64_t instr_chars(std::int64_t start, std::string_view s, std::string_vie
   return 0;
 }
 
+std::size_t find_text(std::string_view s, std::string_view find, std::size_t from) {
+  if (find.empty() || from >= s.size()) return std::string_view::npos;
+  if (is_ascii(find)) {
+    const char f0 = lower_ascii(find[0]);
+    for (std::size_t i = from; i + find.size() <= s.size(); ++i) {
+      if (lower_ascii(s[i]) != f0) continue;
+      std::size_t k = 1;
+      while (k < find.size() && lower_ascii(s[i + k]) == lower_ascii(find[k])) ++k;
+      if (k == find.size()) return i;
+    }
+    return std::string_view::npos;
+  }
+  for (std::size_t i = from; i < s.size(); ++i) {
+    if (i > 0 && is_cont(s[i])) continue;
+    std::size_t a = i, b = 0;
+    bool same = true;
+    while (same && b < find.size()) {
+      same = a < s.size() && to_lower(decode(s, a)) == to_lower(decode(find, b));
+    }
+    if (same) return i;
+  }
+  return std::string_view::npos;
+}
+
+void append_reversed(std::string& out, std::string_view s) {
+  std::size_t end = s.size();
+  for (std::size_t i = s.size(); i > 0; --i) {
+    if (i - 1 == 0 || !is_cont(s[i - 1])) {
+      out.append(s.substr(i - 1, end - (i - 1)));
+      end = i - 1;
+    }
+  }
+}
+
+void append_code_point(std::string& out, char32_t cp) {
+  if (cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) cp = 0xFFFD;
+  encode(out, cp);
+}
+
+char32_t first_code_point(std::string_view s) {
+  std::size_t i = 0;
+  char32_t cp = decode(s, i);
+  return cp > 0x10FFFF ? static_cast<unsigned char>(s[0]) : cp;
+}
+
 std::string_view trim_view(std::string_view s, bool leading, bool trailing) {
   if (leading)
     while (!s.empty() && s.front() == ' ') s.remove_prefix(1);

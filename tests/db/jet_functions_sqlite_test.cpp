@@ -69,8 +69,15 @@ TEST_F(JetSqlite, EveryFunctionTheTranslatorEmitsIsRegisteredWithItsArities) {
   for (const char* op : {"jet_concat(1,2)", "jet_like('a','a')", "jet_intdiv(1,2)", "jet_mod(1,2)", "jet_pow(1,2)",
                          "jet_not(1)", "jet_and(1,2)", "jet_or(1,2)", "jet_xor(1,2)", "jet_eqv(1,2)",
                          "jet_imp(1,2)", "jet_instr(1,'a','a',0)", "jet_space(2)", "jet_hour('13:00')",
-                         "jet_minute(0)", "jet_second(0)", "jet_weekday(0)"}) {
-    EXPECT_EQ(one(std::string("SELECT ") + op).rfind("prepare:", 0), std::string::npos) << op;
+                         "jet_minute(0)", "jet_second(0)", "jet_weekday(0)", "jet_replace('a','a','b')",
+                         "jet_str(1)", "jet_isnumeric(1)", "jet_isdate(1)", "jet_ccur(1)", "jet_csng(1)",
+                         "jet_cbyte(1)", "jet_chr(65)", "jet_asc('a')", "jet_string(2,'a')", "jet_instrrev('a','a')",
+                         "jet_instrrev('a','a',1)", "jet_strreverse('a')", "jet_sqr(1)", "jet_exp(1)", "jet_log(1)",
+                         "jet_monthname(1)", "jet_monthname(1,0)", "jet_datepart('d',0)", "jet_datevalue(0)",
+                         "jet_timevalue(0)"}) {
+    std::string result = one(std::string("SELECT ") + op);
+    EXPECT_EQ(result.rfind("prepare:", 0), std::string::npos) << op;
+    EXPECT_EQ(result.rfind("error:", 0), std::string::npos) << op << " " << result;
   }
 }
 

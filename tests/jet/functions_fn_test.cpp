@@ -190,5 +190,50 @@ TEST(JetFn, DateFunctions) {
   EXPECT_EQ(std::get<std::string>(Now()).substr(0, 10), std::get<std::string>(Date()));
 }
 
+TEST(JetFn, LessCommonFunctions) {
+  EXPECT_EQ(Replace(T("Peña-Peña"), T("PEÑA"), T("X")), T("X-X"));
+  EXPECT_EQ(Replace(T("a.b.c"), T("."), T("")), T("abc"));
+  EXPECT_EQ(Replace(T("abc"), T(""), T("x")), T("abc"));
+  EXPECT_EQ(Replace(T("aaa"), T("aa"), T("b")), T("ba"));
+  EXPECT_EQ(Str(I(12)), T(" 12"));
+  EXPECT_EQ(Str(D(-1.5)), T("-1.5"));
+  EXPECT_EQ(IsNumeric(T(" 12.5 ")), I(-1));
+  EXPECT_EQ(IsNumeric(T("12a")), I(0));
+  EXPECT_EQ(IsNumeric(T("2024-02-29")), I(0));
+  EXPECT_EQ(IsNumeric(T("True")), I(0));
+  EXPECT_EQ(IsNumeric(kNull), I(0));
+  EXPECT_EQ(IsNumeric(D(1.5)), I(-1));
+  EXPECT_EQ(IsDate(T("29/02/2024")), I(-1));
+  EXPECT_EQ(IsDate(T("30/02/2024")), I(0));
+  EXPECT_EQ(IsDate(I(45000)), I(0));
+  EXPECT_EQ(CCur(D(1.23455)), D(1.2346));
+  EXPECT_EQ(CCur(D(1.23445)), D(1.2344));
+  EXPECT_EQ(CSng(D(0.1)), D(0.1));
+  EXPECT_EQ(CSng(D(1.23456789)), D(1.2345679));
+  EXPECT_EQ(CByte(I(255)), I(255));
+  EXPECT_EQ(error_of([] { CByte(I(256)); }), "Desbordamiento en CByte: 256");
+  EXPECT_EQ(Chr(I(65)), T("A"));
+  EXPECT_EQ(Chr(I(241)), T("ñ"));
+  EXPECT_EQ(Asc(T("ñandú")), I(241));
+  EXPECT_EQ(error_of([] { Asc(T("")); }), "Argumento no válido en Asc: ''");
+  EXPECT_EQ(String(I(3), T("ab")), T("aaa"));
+  EXPECT_EQ(String(I(2), I(209)), T("ÑÑ"));
+  EXPECT_EQ(InStrRev(T("a-b-c"), T("-")), I(4));
+  EXPECT_EQ(InStrRev(T("a-b-c"), T("-"), I(3)), I(2));
+  EXPECT_EQ(InStrRev(T("a-b-c"), T("x")), I(0));
+  EXPECT_EQ(StrReverse(T("Peña")), T("añeP"));
+  EXPECT_EQ(Sqr(I(16)), D(4));
+  EXPECT_EQ(error_of([] { Sqr(I(-1)); }), "Argumento no válido en Sqr: -1");
+  EXPECT_EQ(Log(Exp(I(2))), D(2));
+  EXPECT_EQ(error_of([] { Log(I(0)); }), "Argumento no válido en Log: 0");
+  EXPECT_EQ(MonthName(I(2)), T("febrero"));
+  EXPECT_EQ(MonthName(I(9), I(-1)), T("sep"));
+  EXPECT_EQ(DatePart(T("q"), T("2024-08-01")), I(3));
+  EXPECT_EQ(DatePart(T("y"), T("2024-02-09")), I(40));
+  EXPECT_EQ(DatePart(T("ww"), T("2024-02-09")), I(6));
+  EXPECT_EQ(DateValue(T("29/02/2024 13:05")), T("2024-02-29"));
+  EXPECT_EQ(TimeValue(T("2024-02-29 13:05:00")), T("1899-12-30 13:05:00"));
+}
+
 }  // namespace
 }  // namespace db::jet

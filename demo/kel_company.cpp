@@ -103,6 +103,27 @@ void write_kel_company(const DemoOptions& options, const Staff& staff, RowSink& 
     sink.add_row(rplanillas, row.reset().i(id).i(1).values());
   }
 
+  // Declarations KEL already had: a child of the first shared person, and the
+  // second shared person declared as that person's working spouse. The
+  // transfer moves them with their people and then replaces them whole.
+  if (shared >= 2) {
+    const KelPerson& a = people[0];
+    const KelPerson& b = people[1];
+    const int rela = sink.declare_table(
+        "PersonasRela", {"id_PersRelac", "NomRela_1", "ApeRela_1", "ApeRela_2", "Id_SexoRela", "NDocRela", "FecNacRela"});
+    sink.add_row(rela, row.reset().i(1).t("Tomás").t(a.apellido_1).t(b.apellido_1).i(1).t("5987654-2")
+                           .t(Date{options.last_year - 6, 9, 14}.iso()).values());
+    const int decl = sink.declare_table(
+        "Declaraciones", {"idDeclaracion", "id_Persona", "idRubroDed", "idTipoDeduc", "idCausalDeduc",
+                          "idCodigoRegimen", "id_PersRelac", "id_RelacFil", "Trabaja", "TieneMonto", "Porc",
+                          "FechaDeclaracion", "Desde"});
+    const std::string desde = first_of_month(staff.first_month).iso();
+    sink.add_row(decl, row.reset().i(1).i(a.id).i(1).i(1).i(1).i(1).i(1).i(1).yes_no(false).yes_no(false).r(100)
+                           .t(desde).t(desde).values());
+    sink.add_row(decl, row.reset().i(2).i(a.id).i(3).i(2).i(1).i(1).i(b.id).i(2).yes_no(true).yes_no(false).r(50)
+                           .t(desde).t(desde).values());
+  }
+
   // A few dollar rates KEL had (the import replaces the foreign ones).
   const int cotizacion = sink.declare_table("Cotizacion", {"id_Moneda", "Fecha", "Valor"});
   for (int m = staff.last_month - 2; m <= staff.last_month; ++m) {

@@ -6,8 +6,8 @@
 // one contract each (half of them with the same start and end as in the
 // source, so the transfer recognises them; the rest with another start), two
 // people the source does not know, their contact data, personnel file
-// entries and registrations, and one monthly liquidation already made in KEL
-// for the period's last month. The base data (concepts, types) come from the
+// entries and registrations, two declarations (a child, a working spouse),
+// and one monthly liquidation already made in KEL for the period's last month. The base data (concepts, types) come from the
 // KEL base script, not from here.
 #pragma once
 

@@ -176,6 +176,10 @@ TEST_F(DemoDatabases, KelCompanyHoldsTheBaseDataAndItsOwnPeople) {
   EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Datos_Liquidacion WHERE id_Encabezado NOT IN (SELECT id_Encabezado FROM Encabezados) "
                       "OR id_Concepto NOT IN (SELECT id_Concepto FROM Conceptos)"), 0);
   EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Encabezados WHERE id_Contrato NOT IN (SELECT Id_Contrato FROM Contrato)"), 0);
+  // Its declarations point at its own people: a related person, and a working spouse.
+  EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Declaraciones WHERE Trabaja <> 0 AND id_PersRelac IN (SELECT id_Persona FROM Personas) "
+                      "AND id_PersRelac <> id_Persona"), 1);
+  EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Declaraciones WHERE Trabaja = 0 AND id_PersRelac IN (SELECT id_PersRelac FROM PersonasRela)"), 1);
 }
 
 std::string file_bytes(const std::string& path) {

@@ -319,6 +319,13 @@ void fast_date_part(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
 
 using Callback = void (*)(sqlite3_context*, int, sqlite3_value**);
 
+// A fast path behind the same guard as the generic ones: no exception (not
+// even running out of memory) may cross back into SQLite's C code.
+template <Callback F>
+void safe(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
+  guarded(ctx, [&] { F(ctx, argc, argv); });
+}
+
 struct Registration {
   const char* name;
   int argc;
@@ -327,30 +334,30 @@ struct Registration {
 };
 
 constexpr Registration kFunctions[] = {
-    {"jet_nz", 1, fast_nz, true},
-    {"jet_nz", 2, fast_nz, true},
-    {"jet_val", 1, fast_val, true},
-    {"jet_cdate", 1, fast_cdate, true},
-    {"jet_cstr", 1, fast_cstr, true},
+    {"jet_nz", 1, safe<fast_nz>, true},
+    {"jet_nz", 2, safe<fast_nz>, true},
+    {"jet_val", 1, safe<fast_val>, true},
+    {"jet_cdate", 1, safe<fast_cdate>, true},
+    {"jet_cstr", 1, safe<fast_cstr>, true},
     {"jet_cbool", 1, udf1<fn::CBool>, true},
     {"jet_cint", 1, udf1<fn::CInt>, true},
     {"jet_clng", 1, udf1<fn::CLng>, true},
     {"jet_cdbl", 1, udf1<fn::CDbl>, true},
-    {"jet_format", 1, fast_format, true},
-    {"jet_format", 2, fast_format, true},
-    {"jet_instr", 2, fast_instr, true},
-    {"jet_instr", 3, fast_instr, true},
-    {"jet_instr", 4, fast_instr, true},
-    {"jet_left", 2, fast_left_right<true>, true},
-    {"jet_right", 2, fast_left_right<false>, true},
-    {"jet_mid", 2, fast_mid, true},
-    {"jet_mid", 3, fast_mid, true},
-    {"jet_len", 1, fast_len, true},
-    {"jet_trim", 1, fast_trim<true, true>, true},
-    {"jet_ltrim", 1, fast_trim<true, false>, true},
-    {"jet_rtrim", 1, fast_trim<false, true>, true},
-    {"jet_ucase", 1, fast_case<true>, true},
-    {"jet_lcase", 1, fast_case<false>, true},
+    {"jet_format", 1, safe<fast_format>, true},
+    {"jet_format", 2, safe<fast_format>, true},
+    {"jet_instr", 2, safe<fast_instr>, true},
+    {"jet_instr", 3, safe<fast_instr>, true},
+    {"jet_instr", 4, safe<fast_instr>, true},
+    {"jet_left", 2, safe<fast_left_right<true>>, true},
+    {"jet_right", 2, safe<fast_left_right<false>>, true},
+    {"jet_mid", 2, safe<fast_mid>, true},
+    {"jet_mid", 3, safe<fast_mid>, true},
+    {"jet_len", 1, safe<fast_len>, true},
+    {"jet_trim", 1, safe<fast_trim<true, true>>, true},
+    {"jet_ltrim", 1, safe<fast_trim<true, false>>, true},
+    {"jet_rtrim", 1, safe<fast_trim<false, true>>, true},
+    {"jet_ucase", 1, safe<fast_case<true>>, true},
+    {"jet_lcase", 1, safe<fast_case<false>>, true},
     {"jet_space", 1, udf1<fn::Space>, true},
     {"jet_round", 1, udf1<fn::Round>, true},
     {"jet_round", 2, udf2<fn::Round>, true},
@@ -391,8 +398,8 @@ constexpr Registration kFunctions[] = {
     {"jet_datepart", 2, udf2<fn::DatePart>, true},
     {"jet_datevalue", 1, udf1<fn::DateValue>, true},
     {"jet_timevalue", 1, udf1<fn::TimeValue>, true},
-    {"jet_concat", 2, fast_concat, true},
-    {"jet_like", 2, fast_like, true},
+    {"jet_concat", 2, safe<fast_concat>, true},
+    {"jet_like", 2, safe<fast_like>, true},
     {"jet_intdiv", 2, udf2<fn::IntDiv>, true},
     {"jet_mod", 2, udf2<fn::Mod>, true},
     {"jet_pow", 2, udf2<fn::Pow>, true},

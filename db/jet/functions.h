@@ -37,8 +37,11 @@
 //   CInt/CLng/CDbl/CBool/Abs/Int/Fix/Sgn/Round and the logical operators,
 //   overflow of CInt (16 bits), CLng and the logical operators (32 bits),
 //   division by zero in \ and Mod, a negative length or a start below 1 in
-//   Left/Right/Mid/InStr, a bad interval in DateAdd/DateDiff, a bad [...]
-//   in a Like pattern, and dates outside the years 100-9999.
+//   Left/Right/Mid/InStr/InStrRev, a bad interval in DateAdd/DateDiff/
+//   DatePart, a bad [...] in a Like pattern, dates outside the years
+//   100-9999, and out-of-range arguments of the less common functions
+//   (Asc of "", Chr beyond U+FFFF, Sqr of a negative, Log of 0, CByte
+//   outside 0-255, MonthName outside 1-12).
 #pragma once
 
 #include <cstddef>

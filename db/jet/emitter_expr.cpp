@@ -39,6 +39,30 @@ const char* LogicFunction(Op op) {
   }
 }
 
+// Whether `e` may yield text without being a column: a text literal, &, or a
+// function that returns text.
+bool MayBeText(const Expr& e) {
+  static const char* const kTextFunctions[] = {"Trim", "LTrim", "RTrim", "Left", "Right",
+                                               "Mid", "UCase", "LCase", "Upper", "Lower",
+                                               "Format", "CStr", "Nz", "Space", "IIf"};
+  if (e.kind == ExprKind::kString) return true;
+  if (e.kind == ExprKind::kBinary) return e.op == Op::kConcat;
+  if (e.kind != ExprKind::kCall) return false;
+  for (const char* name : kTextFunctions) {
+    if (SameName(e.text, name)) return true;
+  }
+  return false;
+}
+
+// Jet compares texts without regard to case. Text columns are declared
+// COLLATE NOCASE, and a comparison with a column uses the column's collation;
+// only a comparison of two non-column expressions needs the collation spelled
+// out. Columns are left alone so that their indexes stay usable.
+bool NeedsNocase(const Expr& a, const Expr& b) {
+  if (a.kind == ExprKind::kColumn || b.kind == ExprKind::kColumn) return false;
+  return MayBeText(a) || MayBeText(b);
+}
+
 std::string Call2(const char* function, const std::string& a, const std::string& b) {
   return std::string(function) + "(" + a + ", " + b + ")";
 }
@@ -128,6 +152,7 @@ std::string Emitter::Comparison(const Expr& e) {
   }
   std::string left = Value(a);
   std::string right = Value(b);
+  if (NeedsNocase(a, b)) right += " COLLATE NOCASE";
   return "(" + left + " " + ComparisonText(e.op) + " " + right + ")";
 }
 
@@ -140,10 +165,13 @@ std::string Emitter::Bool(const Expr& e) {
     case ExprKind::kInList: {
       std::string left = Value(*e.args[0]);
       std::string list;
+      bool nocase = false;
       for (std::size_t i = 1; i < e.args.size(); ++i) {
         if (i > 1) list += ", ";
         list += Value(*e.args[i]);
+        nocase = nocase || NeedsNocase(*e.args[0], *e.args[i]);
       }
+      if (nocase) left += " COLLATE NOCASE";
       return "(" + left + (e.negated ? " NOT IN (" : " IN (") + list + "))";
     }
     case ExprKind::kInSelect: {
@@ -154,6 +182,9 @@ std::string Emitter::Bool(const Expr& e) {
       std::string value = Value(*e.args[0]);
       std::string low = Value(*e.args[1]);
       std::string high = Value(*e.args[2]);
+      if (NeedsNocase(*e.args[0], *e.args[1]) || NeedsNocase(*e.args[0], *e.args[2])) {
+        value += " COLLATE NOCASE";
+      }
       return "(" + value + (e.negated ? " NOT BETWEEN " : " BETWEEN ") + low + " AND " + high +
              ")";
     }

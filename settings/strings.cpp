@@ -47,6 +47,7 @@ std::string FoldCase(std::string_view s) {
 }
 
 bool IEquals(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
   return a.size() == b.size() && FoldCase(a) == FoldCase(b);
 }
 
@@ -54,9 +55,35 @@ bool IStartsWith(std::string_view s, std::string_view prefix) {
   return s.size() >= prefix.size() && IEquals(s.substr(0, prefix.size()), prefix);
 }
 
+namespace {
+
+// The folded byte of hay[i], as FoldCase would give it (the Latin-1 fold
+// depends on the byte before).
+inline char FoldedAt(std::string_view hay, std::size_t i) {
+  unsigned char c = static_cast<unsigned char>(hay[i]);
+  if (c >= 'A' && c <= 'Z') return static_cast<char>(c - 'A' + 'a');
+  if (c >= 0x80 && c <= 0x9E && c != 0x97 && i > 0 && static_cast<unsigned char>(hay[i - 1]) == 0xC3)
+    return static_cast<char>(c + 0x20);
+  return static_cast<char>(c);
+}
+
+}  // namespace
+
 std::size_t IFind(std::string_view hay, std::string_view needle, std::size_t from) {
   if (from > hay.size()) return std::string_view::npos;
-  return FoldCase(hay).find(FoldCase(needle), from);
+  if (needle.empty()) return from;
+  // Folds as it goes instead of copying the haystack, which may be a whole
+  // interchange file.
+  const std::string key = FoldCase(needle);
+  const char first = key[0];
+  const char first_upper = (first >= 'a' && first <= 'z') ? static_cast<char>(first - 'a' + 'A') : first;
+  for (std::size_t i = from; i + key.size() <= hay.size(); ++i) {
+    if (hay[i] != first && hay[i] != first_upper && FoldedAt(hay, i) != first) continue;
+    std::size_t k = 1;
+    while (k < key.size() && FoldedAt(hay, i + k) == key[k]) ++k;
+    if (k == key.size()) return i;
+  }
+  return std::string_view::npos;
 }
 
 std::string IReplaceAll(std::string_view text, std::string_view find, std::string_view with) {

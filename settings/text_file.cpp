@@ -1,10 +1,11 @@
 // settings/text_file.cpp — whole-file reading and atomic writing (see text_file.h).
 #include "settings/text_file.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <fstream>
-#include <sstream>
+#include <cstring>
 #include <system_error>
 
 #include <unistd.h>
@@ -24,20 +25,35 @@ FileText ReadFile(const fs::path& path) {
     return out;
   }
   out.exists = true;
-  std::ostringstream buf;
-  buf << in.rdbuf();
+  std::string bytes;
+  std::uintmax_t size = fs::file_size(path, ec);
+  if (!ec) {
+    bytes.resize(static_cast<std::size_t>(size));
+    in.read(bytes.data(), static_cast<std::streamsize>(size));
+    bytes.resize(static_cast<std::size_t>(in.gcount()));
+  }
+  // Whatever the size said, read on to the end (the file may have grown).
+  char more[65536];
+  while (in.read(more, sizeof more) || in.gcount() > 0) bytes.append(more, static_cast<std::size_t>(in.gcount()));
   if (in.bad()) {
     out.error = "No se pudo leer el archivo " + path.string() + ": error de lectura";
     return out;
   }
-  std::string bytes = std::move(buf).str();
-  std::string reason;
-  auto text = DecodeAuto(bytes, &out.encoding, &reason);
-  if (!text) {
-    out.error = "No se pudo leer el archivo " + path.string() + ": " + reason;
-    return out;
+  bool bom = bytes.size() >= 2 && (bytes.compare(0, 2, "\xFF\xFE") == 0 || bytes.compare(0, 2, "\xFE\xFF") == 0 ||
+                                   bytes.compare(0, 3, "\xEF\xBB\xBF") == 0);
+  if (!bom && IsValidUtf8(bytes) && bytes.find('\0') == std::string::npos) {
+    // Plain UTF-8, the common case: no conversion and no copy.
+    out.encoding = TextEncoding::Utf8;
+    out.text = std::move(bytes);
+  } else {
+    std::string reason;
+    auto text = DecodeAuto(bytes, &out.encoding, &reason);
+    if (!text) {
+      out.error = "No se pudo leer el archivo " + path.string() + ": " + reason;
+      return out;
+    }
+    out.text = std::move(*text);
   }
-  out.text = std::move(*text);
   std::size_t p = out.text.find_first_of("\r\n");
   if (p != std::string::npos)
     out.line_ending = (out.text[p] == '\r' && p + 1 < out.text.size() && out.text[p + 1] == '\n')
@@ -150,33 +166,47 @@ std::string ReadFirstLine(const fs::path& path, std::size_t limit) {
   return text ? *text : std::string();
 }
 
+namespace {
+
+// Line breaks in a buffer: every LF, and every CR not followed by LF. A CR at
+// the very end is counted when `next` (the byte after the buffer, or 0) is not LF.
+long long CountBreaks(const char* p, std::size_t n, char next) {
+  long long breaks = std::count(p, p + n, '\n');
+  const char* end = p + n;
+  for (const char* q = p; (q = static_cast<const char*>(std::memchr(q, '\r', static_cast<std::size_t>(end - q))));
+       ++q) {
+    char after = q + 1 < end ? q[1] : next;
+    if (after != '\n') ++breaks;
+  }
+  return breaks;
+}
+
+}  // namespace
+
+long long CountLines(std::string_view text) {
+  if (text.empty()) return 0;
+  long long lines = CountBreaks(text.data(), text.size(), 0);
+  if (text.back() != '\n' && text.back() != '\r') ++lines;
+  return lines;
+}
+
 long long CountFileLines(const fs::path& path) {
   std::FILE* f = std::fopen(path.c_str(), "rb");
   if (!f) return 0;
+  std::vector<char> a(1 << 16), b(1 << 16);
   long long lines = 0;
-  bool pending = false;  // characters since the last line break
-  bool after_cr = false;
-  char buf[65536];
-  std::size_t n;
-  while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) {
-    for (std::size_t i = 0; i < n; ++i) {
-      char c = buf[i];
-      if (c == '\n') {
-        if (!after_cr) ++lines;
-        after_cr = false;
-        pending = false;
-      } else if (c == '\r') {
-        ++lines;
-        after_cr = true;
-        pending = false;
-      } else {
-        after_cr = false;
-        pending = true;
-      }
-    }
+  std::size_t n = std::fread(a.data(), 1, a.size(), f);
+  char last = '\n';
+  while (n > 0) {
+    // Read one buffer ahead so that a CR at the end can see the next byte.
+    std::size_t m = std::fread(b.data(), 1, b.size(), f);
+    lines += CountBreaks(a.data(), n, m > 0 ? b[0] : 0);
+    last = a[n - 1];
+    std::swap(a, b);
+    n = m;
   }
   std::fclose(f);
-  return lines + (pending ? 1 : 0);
+  return lines + ((last != '\n' && last != '\r') ? 1 : 0);
 }
 
 }  // namespace settings

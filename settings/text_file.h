@@ -54,6 +54,10 @@ bool WriteBytesAtomic(const std::filesystem::path& path, std::string_view bytes,
 // A missing or unreadable file gives "".
 std::string ReadFirstLine(const std::filesystem::path& path, std::size_t limit = 1 << 20);
 
+// Number of lines of a text: each LF, CR LF or lone CR ends a line, and a
+// last line without a break counts too ("" has none).
+long long CountLines(std::string_view text);
+
 // Number of lines of a file, counted on its bytes without decoding (LF, CR LF
 // and lone CR each end a line; a last line without a break counts). A missing
 // file counts 0.

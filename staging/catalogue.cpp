@@ -150,7 +150,7 @@ MatchResult MatchFolder(ColArchsBD& catalogue, const fs::path& folder, std::arra
         if (lc == line_counts.end()) {
           auto cached = contents.find(i);
           long long count = cached != contents.end()
-                                ? static_cast<long long>(settings::SplitLines(cached->second).size())
+                                ? settings::CountLines(cached->second)
                                 : settings::CountFileLines(files[i]);
           lc = line_counts.emplace(i, count).first;
         }

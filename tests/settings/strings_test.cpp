@@ -29,6 +29,11 @@ TEST(Strings, CaseInsensitiveHelpers) {
   EXPECT_FALSE(IEquals("a", "ab"));
   EXPECT_TRUE(IStartsWith("pass=x", "PASS"));
   EXPECT_EQ(IFind("Select [BDORIGEN]", "[bdorigen]"), 7u);
+  EXPECT_EQ(IFind("xxAÑOxx", "año"), 2u);
+  EXPECT_EQ(IFind("xxaÑo", "AñO", 3), std::string::npos);
+  EXPECT_EQ(IFind("abcABC", "C", 3), 5u);
+  EXPECT_EQ(IFind("ab", "abc"), std::string::npos);
+  EXPECT_EQ(IFind("ab", "", 1), 1u);
   EXPECT_EQ(Trim(" \t a b \r\n"), "a b");
   EXPECT_EQ(SplitChar("a||b", '|'), (std::vector<std::string>{"a", "", "b"}));
   EXPECT_EQ(SplitChar("", '|'), (std::vector<std::string>{""}));

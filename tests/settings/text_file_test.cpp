@@ -85,6 +85,16 @@ TEST(TextFile, WritesAtomicallyAndCountsLines) {
   ASSERT_TRUE(WriteBytesAtomic(p, "x\n", &err));
   EXPECT_EQ(CountFileLines(p), 1);
   EXPECT_EQ(CountFileLines(dir / "no"), 0);
+  EXPECT_EQ(CountLines(""), 0);
+  EXPECT_EQ(CountLines("a"), 1);
+  EXPECT_EQ(CountLines("a\r\n\r\nb\rc\n"), 4);
+  // Line breaks split across the 64 KiB read buffers are counted once.
+  std::string big(65535, 'x');
+  big += "\r\nfin\r";
+  ASSERT_TRUE(WriteBytesAtomic(p, big, &err));
+  EXPECT_EQ(CountFileLines(p), 2);
+  EXPECT_EQ(CountLines(big), 2);
+  EXPECT_EQ(ReadText(p).size(), big.size());
   // No temporary file is left behind.
   int files = 0;
   for (auto& e : std::filesystem::directory_iterator(dir.path())) (void)e, ++files;

@@ -22,17 +22,17 @@ bool ParseCount(const std::string& v, int* out) {
   return true;
 }
 
-bool ParseColumn(const std::string& spec, DataColumn* col, std::string* why) {
+bool ParseColumn(const std::string& text, DataColumn* col, std::string* why) {
   // name[:type[:pattern]] — the pattern may itself hold ":" (e.g. a time).
-  std::size_t p1 = spec.find(':');
-  col->name = Trim(spec.substr(0, p1));
+  std::size_t p1 = text.find(':');
+  col->name = Trim(text.substr(0, p1));
   if (col->name.empty()) {
     *why = "columna sin nombre";
     return false;
   }
   if (p1 == std::string::npos) return true;
-  std::size_t p2 = spec.find(':', p1 + 1);
-  std::string type = Trim(spec.substr(p1 + 1, p2 == std::string::npos ? std::string::npos : p2 - p1 - 1));
+  std::size_t p2 = text.find(':', p1 + 1);
+  std::string type = Trim(text.substr(p1 + 1, p2 == std::string::npos ? std::string::npos : p2 - p1 - 1));
   if (IEquals(type, "texto") || IEquals(type, "text")) col->type = ColumnType::Text;
   else if (IEquals(type, "entero") || IEquals(type, "integer")) col->type = ColumnType::Integer;
   else if (IEquals(type, "real")) col->type = ColumnType::Real;
@@ -42,7 +42,7 @@ bool ParseColumn(const std::string& spec, DataColumn* col, std::string* why) {
     return false;
   }
   if (col->type == ColumnType::Date) {
-    col->date_pattern = p2 == std::string::npos ? "dd/MM/yyyy" : Trim(spec.substr(p2 + 1));
+    col->date_pattern = p2 == std::string::npos ? "dd/MM/yyyy" : Trim(text.substr(p2 + 1));
     if (col->date_pattern.empty()) col->date_pattern = "dd/MM/yyyy";
   } else if (p2 != std::string::npos) {
     *why = "solo las columnas de tipo fecha llevan un patrón";

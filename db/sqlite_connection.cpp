@@ -104,6 +104,32 @@ std::string SqliteConnection::key_of(const std::string& path) const {
   return canonical.string();
 }
 
+std::vector<int> SqliteConnection::schema_versions(const std::vector<std::string>& attached_keys) {
+  std::vector<int> versions;
+  versions.reserve(attached_keys.size() + 1);
+  auto read = [&](const std::string& schema) {
+    int version = -1;
+    sqlite3_stmt* stmt = statements_.get(db_, "PRAGMA " + schema + ".schema_version");
+    if (stmt && sqlite3_step(stmt) == SQLITE_ROW) version = sqlite3_column_int(stmt, 0);
+    if (stmt) sqlite3_reset(stmt);
+    versions.push_back(version);
+  };
+  read("main");
+  for (const auto& key : attached_keys) read(attachments_.schema_of(key));
+  return versions;
+}
+
+void SqliteConnection::refresh_schema(const std::string& schema) {
+  // SQLite checks a database's schema cookie only when a statement runs, so
+  // column lists read while translating could come from tables another
+  // connection has since made again. Running a statement on the schema
+  // makes SQLite notice and reload it.
+  sqlite3_stmt* stmt = statements_.get(db_, "SELECT 1 FROM " + schema + ".sqlite_master LIMIT 0");
+  if (!stmt) return;
+  sqlite3_step(stmt);
+  sqlite3_reset(stmt);
+}
+
 void SqliteConnection::forget_translations() {
   translations_.clear();
   statements_.clear();
@@ -123,10 +149,13 @@ const jet::Translation& SqliteConnection::translation_for(std::string_view jet_s
     for (const auto& key : it->second.attached_keys) {
       if (!attachments_.use(key, statement_number_)) attached = false;
     }
-    if (attached) return it->second.translation;
+    if (attached && schema_versions(it->second.attached_keys) == it->second.versions) {
+      return it->second.translation;
+    }
     translations_.erase(it);
   }
   CachedTranslation entry;
+  refresh_schema("main");
   attached_now_ = &entry.attached_keys;
   try {
     entry.translation = jet::translate(jet_sql, *this);
@@ -142,6 +171,7 @@ const jet::Translation& SqliteConnection::translation_for(std::string_view jet_s
     throw Error(std::string("No se pudo traducir la instrucción: ") + e.what(), text);
   }
   attached_now_ = nullptr;
+  entry.versions = schema_versions(entry.attached_keys);
   if (translations_.size() >= kTranslationCacheLimit) translations_.clear();
   return translations_.insert_or_assign(text, std::move(entry)).first->second.translation;
 }

@@ -76,6 +76,10 @@ class SqliteConnection final : public Connection, public jet::TranslationContext
   struct CachedTranslation {
     jet::Translation translation;
     std::vector<std::string> attached_keys;  // paths its `in` clauses named
+    // Schema versions of main and of each attached database when it was
+    // made: another connection (the staging load) may have changed their
+    // tables since, and column lists in the translation with them.
+    std::vector<int> versions;
   };
 
   const jet::Translation& translation_for(std::string_view jet_sql);
@@ -85,6 +89,8 @@ class SqliteConnection final : public Connection, public jet::TranslationContext
   void detach(const std::string& key);
   void forget_translations();
   std::string key_of(const std::string& path) const;
+  std::vector<int> schema_versions(const std::vector<std::string>& attached_keys);
+  void refresh_schema(const std::string& schema);
 
   sqlite3* db_ = nullptr;
   std::string path_;

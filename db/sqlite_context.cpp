@@ -28,6 +28,7 @@ std::string SqliteConnection::attach(const std::string& path) {
   if (key == main_key_) return "main";
   if (auto schema = attachments_.use(key, statement_number_)) {
     if (attached_now_) attached_now_->push_back(key);
+    refresh_schema(*schema);
     return *schema;
   }
 

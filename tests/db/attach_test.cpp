@@ -151,4 +151,25 @@ TEST(SqliteConnection, AttachingInsideATransaction) {
   EXPECT_EQ(conn.execute("Insert Into D Select id From T in '" + b + "'"), 1);
 }
 
+TEST(SqliteConnection, TranslationsFollowTablesChangedByAnotherConnection) {
+  TempFolder folder;
+  db::SqliteConnection conn;
+  ASSERT_TRUE(conn.open(folder.database("main.db", "CREATE TABLE D (a TEXT, b TEXT, c TEXT);")));
+  std::string other = folder.database("other.db", "CREATE TABLE T (a TEXT, b TEXT);"
+                                                  "INSERT INTO T VALUES ('a1', 'b1');");
+  const std::string insert = "Insert Into D Select * From T in '" + other + "'";
+  EXPECT_EQ(conn.execute(insert), 1);
+  // The staging load, on its own connection, makes the table again with
+  // other columns; the same statement text must see them.
+  db::SqliteConnection staging;
+  ASSERT_TRUE(staging.open(other));
+  staging.execute_native("DROP TABLE T; CREATE TABLE T (c TEXT, b TEXT, a TEXT);"
+                         "INSERT INTO T VALUES ('c2', 'b2', 'a2');");
+  EXPECT_EQ(conn.execute(insert), 1);
+  db::Recordset rs = conn.open_recordset("Select a, b, c From D Where a = 'a2'");
+  ASSERT_EQ(rs.row_count(), 1u);
+  EXPECT_EQ(db::as_text(rs.field("b")), "b2");
+  EXPECT_EQ(db::as_text(rs.field("c")), "c2");
+}
+
 }  // namespace

@@ -22,7 +22,7 @@ bool SameName(std::string_view a, std::string_view b) {
 }
 
 bool NeedsQuotes(const std::string& text) {
-  if (text.empty()) return false;
+  if (text.empty()) return true;  // "" is an empty text; an empty field is Null
   if (text.front() == ' ' || text.front() == '\t' || text.back() == ' ' || text.back() == '\t') return true;
   return text.find_first_of(";\"\r\n") != std::string::npos;
 }

@@ -6,9 +6,8 @@
 // between fields, a header line with the column names, Null as an empty
 // field, numbers with "." as decimal point, dates as the generator gives them
 // (yyyy-mm-dd). A text is quoted when it holds ";", a quote, a line break or
-// blanks at either end (unquoted fields are trimmed when read). An empty text
-// is an empty field, like Null: the interchange format does not tell them
-// apart.
+// blanks at either end (unquoted fields are trimmed when read), and when it
+// is empty: "" is an empty text, an empty field is Null.
 #pragma once
 
 #include <cstdint>

@@ -65,7 +65,7 @@ SqliteWriter::SqliteWriter(const std::string& path, const std::vector<std::strin
 }
 
 void SqliteWriter::prepare(const std::vector<std::string>& scripts, const std::vector<std::string>& texts) {
-  exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-65536; PRAGMA temp_store=MEMORY; "
+  exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-65536; "
        "PRAGMA threads=2",
        "preparar la base");
   for (std::size_t i = 0; i < scripts.size(); ++i) exec(texts[i], "ejecutar el script '" + scripts[i] + "'");

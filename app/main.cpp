@@ -4,16 +4,21 @@
 // --batch and other tools) or, by default, the importer's start-up with the
 // command line of the window ("destination" or "destination*source*format
 // index").
+#include <unistd.h>
+
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "app/batch.h"
 #include "app/sql_console.h"
 
 namespace {
 
 std::string usage() {
   return "Uso:\n"
+         "  kelimport --batch [opciones] \"DESTINO*ORIGEN*FORMATO\"\n"
+         "                                                   importación sin ventana (kelimport --batch --help)\n"
          "  kelimport --sql [--explain] BASE [INSTRUCCION]   consola SQL (kelimport --sql --help)\n"
          "  kelimport --help                                 esta ayuda\n";
 }
@@ -26,6 +31,8 @@ int main(int argc, char** argv) {
   const std::vector<std::string> rest(args.empty() ? args.end() : args.begin() + 1, args.end());
 
   if (mode == "--sql") return app::run_sql_console(rest, std::cin, std::cout, std::cerr);
+  if (mode == "--batch")
+    return app::run_batch(rest, app::ProgramFolder(argv[0]), std::cout, std::cerr, isatty(STDERR_FILENO) == 1);
   if (mode == "--help" || mode == "-h") {
     std::cout << usage();
     return 0;

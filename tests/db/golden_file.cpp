@@ -68,8 +68,11 @@ File parse(const std::string& text) {
     } else if (starts_with(head, "connect")) {
       record.kind = Kind::kConnect;
       record.argument = after_word(head, "connect");
-      if (record.argument.empty()) problem(i, "connect sin nombre de base");
-      file.records.push_back(record);
+      if (record.argument.empty()) {
+        problem(i, "connect sin nombre de base");
+      } else {
+        file.records.push_back(record);
+      }
       ++i;
       continue;
     } else if (starts_with(head, "sqlite")) {

@@ -37,10 +37,10 @@ bool ParseReal(std::string_view s, double* out) {
 }  // namespace
 
 bool ConvertField(std::string_view field, const settings::DataColumn& column, char decimal_separator,
-                  FieldValue& out) {
+                  FieldValue& out, bool quoted) {
   out.kind = FieldValue::Kind::Null;
   if (column.type == settings::ColumnType::Text) {
-    if (field.empty()) return true;
+    if (field.empty() && !quoted) return true;
     out.kind = FieldValue::Kind::Text;
     out.text = field;
     return true;

@@ -1,7 +1,8 @@
 // staging/interchange_convert.h — typed columns of interchange data files:
 // turning a field's text into the value stored in the load table.
 //
-// Empty fields are Null. Integers are whole numbers with an optional sign (a
+// Empty fields are Null, except a quoted empty field ("") of a text column,
+// which is an empty text. Integers are whole numbers with an optional sign (a
 // whole value written with decimals, "12.00", is accepted too, as spreadsheets
 // write them); reals use the layout's decimal separator; dates are read with
 // the column's pattern and stored as ISO text "YYYY-MM-DD". A field that does
@@ -28,8 +29,9 @@ struct FieldValue {
 
 // Converts `field` for `column`. Returns false (and leaves `out` Null) when a
 // non-empty field does not fit the column's type.
+// `quoted` says the field was written between quotes.
 bool ConvertField(std::string_view field, const settings::DataColumn& column, char decimal_separator,
-                  FieldValue& out);
+                  FieldValue& out, bool quoted = false);
 
 // The Spanish name of what a column expects, for messages ("un número entero",
 // "una fecha dd/MM/yyyy").

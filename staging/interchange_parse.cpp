@@ -49,6 +49,7 @@ void RecordReader::skip_line_break() {
 
 bool RecordReader::next() {
   fields_.clear();
+  quoted_.clear();
   scratch_.clear();
   unterminated_ = false;
   // Blank lines (only blanks, or nothing) are not records.
@@ -76,6 +77,7 @@ bool RecordReader::next_fixed() {
     }
     if (at > line.size()) at = line.size();
     fields_.push_back(TrimBlanks(line.substr(start, at - start)));
+    quoted_.push_back(false);
   }
   pos_ = end;
   skip_line_break();
@@ -127,11 +129,13 @@ bool RecordReader::next_delimited() {
       } else {
         fields_.push_back(inside);
       }
+      quoted_.push_back(true);
       pos_ = tail;
     } else {
       std::size_t end = pos_;
       while (end < text_.size() && text_[end] != delimiter && text_[end] != '\r' && text_[end] != '\n') ++end;
       fields_.push_back(TrimBlanks(text_.substr(pos_, end - pos_)));
+      quoted_.push_back(false);
       pos_ = end;
     }
     if (pos_ < text_.size() && text_[pos_] == delimiter) {

@@ -5,7 +5,8 @@
 // starts with the quote character (blanks before it allowed) runs to the
 // matching quote and may hold the delimiter, line breaks and doubled quotes
 // (which stand for one quote). Unquoted fields are trimmed of blanks, quoted
-// ones are kept exactly. Records end at CR LF, LF or a lone CR. Fixed-width
+// ones are kept exactly, and an empty quoted field ("") is an empty text
+// where an empty unquoted one is no value. Records end at CR LF, LF or a lone CR. Fixed-width
 // files: one record per line, each column the given number of characters (not
 // bytes), trimmed; a short line leaves its last columns empty.
 // Blank lines are skipped. Fields are views into the text (or into the
@@ -34,6 +35,9 @@ class RecordReader {
   bool next();
 
   const std::vector<std::string_view>& fields() const { return fields_; }
+  // Per field: it was written between quotes (so "" is an empty text, while
+  // an unquoted empty field is no value at all).
+  const std::vector<bool>& quoted() const { return quoted_; }
   // Line number (from 1) where the current record starts.
   std::size_t line() const { return record_line_; }
   // True when the current record ended at the end of the text inside an open
@@ -54,6 +58,7 @@ class RecordReader {
   std::size_t record_line_ = 0;
   bool unterminated_ = false;
   std::vector<std::string_view> fields_;
+  std::vector<bool> quoted_;
   std::deque<std::string> scratch_;  // unescaped quoted fields (deque: no moves)
 };
 

@@ -216,8 +216,12 @@ DataFileLoad LoadDataFile(db::SqliteConnection& connection, const std::filesyste
       const ColumnPlan& p = plan[c];
       FieldValue& v = values[c];
       std::string_view field;
-      if (p.field >= 0 && static_cast<std::size_t>(p.field) < fields.size()) field = fields[p.field];
-      if (!ConvertField(field, p.column, layout.decimal_separator, v)) {
+      bool quoted = false;
+      if (p.field >= 0 && static_cast<std::size_t>(p.field) < fields.size()) {
+        field = fields[static_cast<std::size_t>(p.field)];
+        quoted = reader.quoted()[static_cast<std::size_t>(p.field)];
+      }
+      if (!ConvertField(field, p.column, layout.decimal_separator, v, quoted)) {
         ++result.bad_values;
         if (detailed++ < kDetailedWarnings) {
           result.warnings.push_back(name + ", línea " + std::to_string(reader.line()) + ", columna " +
@@ -236,7 +240,9 @@ DataFileLoad LoadDataFile(db::SqliteConnection& connection, const std::filesyste
           sqlite3_bind_double(stmt, bind, v.real);
           break;
         case FieldValue::Kind::Text:
-          sqlite3_bind_text(stmt, bind, v.text.data(), static_cast<int>(v.text.size()), SQLITE_STATIC);
+          // A null pointer would bind Null: an empty text needs a real one.
+          sqlite3_bind_text(stmt, bind, v.text.empty() ? "" : v.text.data(), static_cast<int>(v.text.size()),
+                            SQLITE_STATIC);
           break;
       }
     }

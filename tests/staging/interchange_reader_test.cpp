@@ -65,6 +65,10 @@ TEST(InterchangeParse, DelimitedQuotingAndLineBreaks) {
   // Line numbers count the line break inside the quoted field and the blank line.
   EXPECT_EQ(lines, (std::vector<std::size_t>{1, 2, 3, 6, 7}));
 
+  RecordReader quoted("\"\";;\"x\"\n", layout);
+  ASSERT_TRUE(quoted.next());
+  EXPECT_EQ(quoted.quoted(), (std::vector<bool>{true, false, true}));
+
   RecordReader reader("a;\"b", layout);
   ASSERT_TRUE(reader.next());
   EXPECT_TRUE(reader.unterminated_quote());
@@ -178,5 +182,10 @@ TEST(InterchangeConvert, TypedFieldsAndBadValues) {
   EXPECT_TRUE(ConvertField(" a ", text, '.', v));
   EXPECT_EQ(std::string(v.text), " a ");
   EXPECT_TRUE(ConvertField("", text, '.', v));
+  EXPECT_EQ(v.kind, FieldValue::Kind::Null);
+  // "" (quoted) is an empty text; for other types it is still no value.
+  EXPECT_TRUE(ConvertField("", text, '.', v, /*quoted=*/true));
+  EXPECT_EQ(v.kind, FieldValue::Kind::Text);
+  EXPECT_TRUE(ConvertField("", integer, '.', v, /*quoted=*/true));
   EXPECT_EQ(v.kind, FieldValue::Kind::Null);
 }

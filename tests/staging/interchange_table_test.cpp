@@ -43,10 +43,11 @@ TEST_F(InterchangeTable, HeaderPlacesDeclaredColumnsAndConvertsTypes) {
                          "Nombre;Extra;Sueldo;ID;Nacido\r\n"
                          "\"Pérez; Ana\";x;1500.5;1;31/12/1980\r\n"
                          "Luis;y;;2;31/02/1980\r\n"
-                         "Eva;z;abc;tres;\r\n");
+                         "Eva;z;abc;tres;\r\n"
+                         "\"\";w;;4;\r\n");
   auto load = LoadDataFile(*connection_, file, layout);
   ASSERT_TRUE(load.ok) << load.error;
-  EXPECT_EQ(load.rows, 3);
+  EXPECT_EQ(load.rows, 4);
   EXPECT_EQ(load.bad_values, 3);  // 31/02, abc, tres
   EXPECT_TRUE(Contains(load.warnings, "p.csv, línea 3, columna Nacido: '31/02/1980' no es una fecha dd/MM/yyyy"));
   EXPECT_TRUE(Contains(load.warnings, "no trae las columnas Falta"));
@@ -57,12 +58,13 @@ TEST_F(InterchangeTable, HeaderPlacesDeclaredColumnsAndConvertsTypes) {
   EXPECT_EQ(QueryText(c, "SELECT quote(Sueldo) || quote(Nacido) || quote(Falta) FROM Imp_Personas WHERE id = 2"),
             "NULLNULLNULL");
   EXPECT_EQ(QueryText(c, "SELECT quote(id) || quote(Sueldo) FROM Imp_Personas WHERE Nombre = 'Eva'"), "NULLNULL");
+  EXPECT_EQ(QueryText(c, "SELECT quote(Nombre) FROM Imp_Personas WHERE id = 4"), "''");  // "" is an empty text
   // A TEMP table: the staging file itself gains nothing.
   EXPECT_EQ(QueryText(c, "SELECT count(*) FROM main.sqlite_master WHERE name = 'Imp_Personas'"), "0");
 
   // The statements read it as plain Jet SQL, and a second file replaces it.
   c.execute("Insert into Personas (id) Select id From Imp_Personas Where Not IsNull(id)");
-  EXPECT_EQ(QueryCount(c, "Personas"), 2);
+  EXPECT_EQ(QueryCount(c, "Personas"), 3);
   file = dir_.write("p2.csv", "ID\n7\n");
   load = LoadDataFile(c, file, layout);
   ASSERT_TRUE(load.ok) << load.error;

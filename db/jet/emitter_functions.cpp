@@ -65,6 +65,26 @@ constexpr FunctionInfo kFunctions[] = {
     {"DateSerial", FunctionKind::kUdf, 3, 3, "jet_dateserial"},
     {"DateAdd", FunctionKind::kUdf, 3, 3, "jet_dateadd"},
     {"DateDiff", FunctionKind::kUdf, 3, 3, "jet_datediff"},
+    // The less common ones.
+    {"Asc", FunctionKind::kUdf, 1, 1, "jet_asc"},
+    {"Chr", FunctionKind::kUdf, 1, 1, "jet_chr"},
+    {"CByte", FunctionKind::kUdf, 1, 1, "jet_cbyte"},
+    {"CCur", FunctionKind::kUdf, 1, 1, "jet_ccur"},
+    {"CSng", FunctionKind::kUdf, 1, 1, "jet_csng"},
+    {"Str", FunctionKind::kUdf, 1, 1, "jet_str"},
+    {"String", FunctionKind::kUdf, 2, 2, "jet_string"},
+    {"Replace", FunctionKind::kUdf, 3, 3, "jet_replace"},
+    {"InStrRev", FunctionKind::kUdf, 2, 3, "jet_instrrev"},
+    {"StrReverse", FunctionKind::kUdf, 1, 1, "jet_strreverse"},
+    {"IsNumeric", FunctionKind::kUdf, 1, 1, "jet_isnumeric"},
+    {"IsDate", FunctionKind::kUdf, 1, 1, "jet_isdate"},
+    {"Sqr", FunctionKind::kUdf, 1, 1, "jet_sqr"},
+    {"Exp", FunctionKind::kUdf, 1, 1, "jet_exp"},
+    {"Log", FunctionKind::kUdf, 1, 1, "jet_log"},
+    {"MonthName", FunctionKind::kUdf, 1, 2, "jet_monthname"},
+    {"DatePart", FunctionKind::kUdf, 2, 2, "jet_datepart"},
+    {"DateValue", FunctionKind::kUdf, 1, 1, "jet_datevalue"},
+    {"TimeValue", FunctionKind::kUdf, 1, 1, "jet_timevalue"},
 };
 
 }  // namespace

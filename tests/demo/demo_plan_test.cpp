@@ -3,7 +3,6 @@
 // people KEL already holds, matched the way the transfer matches them.
 #include <gtest/gtest.h>
 
-#include <cctype>
 #include <map>
 #include <set>
 
@@ -14,6 +13,8 @@
 namespace {
 
 using demo_test::CountingSink;
+using demo_test::staged_clean;
+using demo_test::val;
 
 // Lines and headers of a demo of n employees over y years, without a database.
 std::pair<std::int64_t, std::int64_t> liquidation_size(int n, int y) {
@@ -95,31 +96,6 @@ TEST(DemoNumbers, CheckDigitsAndWrittenForms) {
     EXPECT_TRUE(digits.insert(std::to_string(p.cedula)).second) << "duplicate number " << p.numero;
   }
   EXPECT_EQ(forms.size(), 6u) << "every written form appears in a small demo";
-}
-
-// The source's clean-up of a staged number: trim, then drop the character
-// before the check digit when a dash, underscore, dash again or dot is
-// present (each once, wherever it stands).
-std::string staged_clean(std::string n) {
-  while (!n.empty() && n.front() == ' ') n.erase(0, 1);
-  while (!n.empty() && n.back() == ' ') n.pop_back();
-  for (char sep : {'-', '_', '-', '.'}) {
-    if (n.find(sep) != std::string::npos && n.size() >= 2) n = n.substr(0, n.size() - 2) + n.back();
-  }
-  return n;
-}
-
-// Val: the leading number of a text, blanks skipped; stops at anything else.
-double val(const std::string& s) {
-  double v = 0, scale = 0;
-  for (char c : s) {
-    if (c == ' ') continue;
-    if (c == '.' && scale == 0) { scale = 1; continue; }
-    if (!std::isdigit(static_cast<unsigned char>(c))) break;
-    if (scale == 0) v = v * 10 + (c - '0');
-    else v += (c - '0') * (scale /= 10);
-  }
-  return v;
 }
 
 TEST(DemoKel, SharedPeopleMatchByNumberUnderOtherIds) {

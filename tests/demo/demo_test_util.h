@@ -3,6 +3,7 @@
 
 #include <sqlite3.h>
 
+#include <cctype>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -96,6 +97,31 @@ class CountingSink : public demo::RowSink {
   std::vector<std::string> names_;
   std::map<std::string, std::int64_t> counts_;
 };
+
+// The source's clean-up of a staged number: trim, then drop the character
+// before the check digit when a dash, underscore, dash again or dot is
+// present (each once, wherever it stands).
+inline std::string staged_clean(std::string n) {
+  while (!n.empty() && n.front() == ' ') n.erase(0, 1);
+  while (!n.empty() && n.back() == ' ') n.pop_back();
+  for (char sep : {'-', '_', '-', '.'}) {
+    if (n.find(sep) != std::string::npos && n.size() >= 2) n = n.substr(0, n.size() - 2) + n.back();
+  }
+  return n;
+}
+
+// Val: the leading number of a text, blanks skipped; stops at anything else.
+inline double val(const std::string& s) {
+  double v = 0, scale = 0;
+  for (char c : s) {
+    if (c == ' ') continue;
+    if (c == '.' && scale == 0) { scale = 1; continue; }
+    if (!std::isdigit(static_cast<unsigned char>(c))) break;
+    if (scale == 0) v = v * 10 + (c - '0');
+    else v += (c - '0') * (scale /= 10);
+  }
+  return v;
+}
 
 inline std::string schema_dir() { return std::string(KEL_SOURCE_DIR) + "/schema"; }
 

@@ -2,9 +2,11 @@
 //
 //   kel_demo --employees N --years Y [--seed S] [--last-year A]
 //            --source ORIGEN.mdb --kel EMPRESA/DATOS.mdb --schema-dir DIR
+//            [--csv CARPETA]
 //
 // Writes the demo source company (staging schema) and the demo KEL company
-// and prints what it wrote. Exit status 0 on success, 1 on bad arguments,
+// and prints what it wrote; with --csv, the source company also as interchange
+// CSV files in that folder. Exit status 0 on success, 1 on bad arguments,
 // 2 when the databases cannot be written.
 #include <cstdio>
 #include <cstdlib>
@@ -13,13 +15,15 @@
 #include <string_view>
 
 #include "demo/demo.h"
+#include "demo/source_csv.h"
 
 namespace {
 
 void usage() {
   std::fprintf(stderr,
                "Uso: kel_demo --employees N --years A [--seed S] [--last-year AAAA]\n"
-               "              --source ORIGEN.mdb --kel EMPRESA/DATOS.mdb --schema-dir CARPETA\n");
+               "              --source ORIGEN.mdb --kel EMPRESA/DATOS.mdb --schema-dir CARPETA\n"
+               "              [--csv CARPETA]\n");
 }
 
 bool parse_int(const char* text, long long min, long long max, long long& out) {
@@ -35,6 +39,7 @@ bool parse_int(const char* text, long long min, long long max, long long& out) {
 int main(int argc, char** argv) {
   demo::DemoOptions options;
   demo::DemoPaths paths;
+  std::string csv_folder;
   for (int i = 1; i < argc; ++i) {
     const std::string_view arg = argv[i];
     if (i + 1 >= argc) {
@@ -63,6 +68,8 @@ int main(int argc, char** argv) {
       paths.kel = value;
     } else if (arg == "--schema-dir") {
       paths.schema_dir = value;
+    } else if (arg == "--csv") {
+      csv_folder = value;
     } else {
       std::fprintf(stderr, "Opción desconocida: %s\n", argv[i - 1]);
       usage();
@@ -93,6 +100,9 @@ int main(int argc, char** argv) {
     list("Filas del origen", r.source_rows);
     list("Filas de la empresa KEL", r.kel_rows);
     for (const std::string& m : r.missing) std::printf("Aviso: el esquema no tiene %s\n", m.c_str());
+    if (!csv_folder.empty()) {
+      list(("Archivos CSV en " + csv_folder).c_str(), demo::write_source_csv(options, csv_folder));
+    }
     return 0;
   } catch (const std::exception& e) {
     std::fprintf(stderr, "Error: %s\n", e.what());

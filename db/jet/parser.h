@@ -6,7 +6,9 @@
 //   core      := SELECT [DISTINCT] [TOP n] items [INTO table] [FROM from {, from}]
 //                [WHERE e] [GROUP BY e {, e}] [HAVING e]
 //   from      := primary {(INNER|LEFT [OUTER]|RIGHT [OUTER]) JOIN primary ON e}
-//   primary   := table [IN 'path'] [[AS] alias] | "(" select ")" [[AS] alias] | "(" from ")"
+//   primary   := table [[AS] alias] [in] | "(" select ")" [[AS] alias] | "(" from ")"
+//   table     := name [in]
+//   in        := IN 'path' ['type'] | IN '' [type;DATABASE=path]
 //   insert    := INSERT INTO table [(cols)] (select | VALUES (e {, e}))
 //   update    := UPDATE from SET [q.]col = e {, ...} [WHERE e]
 //   delete    := DELETE [* | q.*] FROM from {, from} [WHERE e]
@@ -57,6 +59,7 @@ class Parser {
   SelectPtr ParseSelect();
   SelectPtr ParseSelectCore();
   TableRef ParseTableRef();
+  void ParseInClause(TableRef& ref);
   FromItemPtr ParseFromItem();
   FromItemPtr ParseFromPrimary();
   std::optional<Name> ParseOptionalAlias();

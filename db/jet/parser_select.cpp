@@ -83,13 +83,66 @@ TableRef Parser::ParseTableRef() {
   if (AtSymbol(".") && Peek(1).kind == TokenKind::kName) {
     FailUnsupported(source_, Peek().pos, "un nombre de tabla con prefijo de base de datos");
   }
-  if (AtKeyword("IN") && Peek(1).kind == TokenKind::kString) {
-    Next();
-    ref.database_pos = Peek().pos;
-    ref.database = Next().text;
-    if (ref.database->empty()) FailUnsupported(source_, ref.database_pos, "IN '' con conexión externa");
-  }
+  ParseInClause(ref);
   return ref;
+}
+
+namespace {
+
+// The value of `key` ("DATABASE") in a connect string "MS Access;PWD=x;DATABASE=p".
+std::optional<std::string> ConnectValue(const std::string& connect, std::string_view key) {
+  std::size_t start = 0;
+  while (start <= connect.size()) {
+    std::size_t end = connect.find(';', start);
+    if (end == std::string::npos) end = connect.size();
+    std::string part = connect.substr(start, end - start);
+    std::size_t equals = part.find('=');
+    if (equals != std::string::npos) {
+      std::string name = part.substr(0, equals);
+      while (!name.empty() && name.back() == ' ') name.pop_back();
+      while (!name.empty() && name.front() == ' ') name.erase(0, 1);
+      if (SameName(name, key)) return part.substr(equals + 1);
+    }
+    start = end + 1;
+  }
+  return std::nullopt;
+}
+
+bool IsAccessType(const std::string& connect) {
+  std::string type = connect.substr(0, connect.find(';'));
+  return type.empty() || SameName(type, "MS Access");
+}
+
+}  // namespace
+
+// Jet's three spellings of the cross-database clause:
+//   T in 'path'                       the usual one
+//   T in 'path' 'MS Access;PWD=x'     with the database type and password
+//   T in '' [MS Access;PWD=x;DATABASE=path]
+// The databases are SQLite files here, which have no password to give.
+void Parser::ParseInClause(TableRef& ref) {
+  if (!AtKeyword("IN") || Peek(1).kind != TokenKind::kString) return;
+  Next();
+  ref.database_pos = Peek().pos;
+  ref.database = Next().text;
+  if (Peek().kind == TokenKind::kString) {
+    const Token& type = Next();
+    if (!IsAccessType(type.text)) {
+      FailUnsupported(source_, type.pos, "el tipo de base de datos '" + type.text + "'");
+    }
+  } else if (Peek().kind == TokenKind::kName && Peek().bracketed) {
+    const Token& connect = Next();
+    if (!IsAccessType(connect.text)) {
+      FailUnsupported(source_, connect.pos, "la conexión externa [" + connect.text + "]");
+    }
+    std::optional<std::string> path = ConnectValue(connect.text, "DATABASE");
+    if (!ref.database->empty() || !path || path->empty()) {
+      FailAt(source_, connect.pos, "Falta DATABASE=<ruta> en la conexión externa");
+    }
+    ref.database = *path;
+    ref.database_pos = connect.pos;
+  }
+  if (ref.database->empty()) FailAt(source_, ref.database_pos, "Falta la ruta de la base de datos en IN");
 }
 
 std::optional<Name> Parser::ParseOptionalAlias() {
@@ -155,11 +208,7 @@ FromItemPtr Parser::ParseFromPrimary() {
   item->table = ParseTableRef();
   item->alias = ParseOptionalAlias();
   // Jet also accepts the IN clause after the alias: "T as A in 'path'".
-  if (!item->table.database && AtKeyword("IN") && Peek(1).kind == TokenKind::kString) {
-    Next();
-    item->table.database_pos = Peek().pos;
-    item->table.database = Next().text;
-  }
+  if (!item->table.database) ParseInClause(item->table);
   return item;
 }
 

@@ -45,12 +45,16 @@ std::string SqliteIdentifier(std::string_view name) {
   bool keyword = std::any_of(kSqliteKeywords.begin(), kSqliteKeywords.end(),
                              [&](std::string_view k) { return SameName(k, name); });
   if (IsPlainName(name) && !keyword) return std::string(name);
-  std::string quoted = "\"";
+  // Brackets, not double quotes: SQLite reads "x" as a text when no column x
+  // exists, which would turn a misspelt name into a silent constant; [x] is
+  // always a name. A name holding "]" (impossible in Jet text) uses backquotes.
+  if (name.find(']') == std::string_view::npos) return "[" + std::string(name) + "]";
+  std::string quoted = "`";
   for (char c : name) {
-    if (c == '"') quoted += '"';
+    if (c == '`') quoted += '`';
     quoted += c;
   }
-  return quoted + "\"";
+  return quoted + "`";
 }
 
 std::string SqliteString(std::string_view value) {

@@ -7,7 +7,7 @@
 namespace db::jet {
 
 // `name` as an SQLite identifier: as written when it is a plain name that is
-// not an SQLite keyword, otherwise between double quotes (doubling any quote).
+// not an SQLite keyword, otherwise between brackets ([Fecha de alta], [Key]).
 std::string SqliteIdentifier(std::string_view name);
 
 // `value` as an SQLite text literal between single quotes.

@@ -184,10 +184,6 @@ sqlite3_stmt* SqliteConnection::prepare(const std::string& sqlite_sql, std::stri
   return stmt;
 }
 
-void SqliteConnection::fail(std::string_view jet_sql, const std::string& sqlite_sql) const {
-  throw Error(kRefused + sqlite3_errmsg(db_), std::string(jet_sql), sqlite_sql);
-}
-
 void SqliteConnection::start_pending_transaction(std::string_view jet_sql) {
   if (!transaction_pending_) return;
   transaction_pending_ = false;

@@ -84,7 +84,6 @@ class SqliteConnection final : public Connection, public jet::TranslationContext
 
   const jet::Translation& translation_for(std::string_view jet_sql);
   sqlite3_stmt* prepare(const std::string& sqlite_sql, std::string_view jet_sql);
-  [[noreturn]] void fail(std::string_view jet_sql, const std::string& sqlite_sql) const;
   void start_pending_transaction(std::string_view jet_sql);
   void detach(const std::string& key);
   void forget_translations();

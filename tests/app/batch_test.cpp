@@ -1,0 +1,185 @@
+// Tests `kelimport --batch` on a copy of the bundled demo company: the exit
+// statuses, the printed lines, and that the staging database and the error
+// report land in the program folder the executable runs from.
+//
+// The executable is copied (or hard-linked) into a temporary program folder
+// with the formats and the template, so a run never touches the build tree.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fcntl.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string read_all(const fs::path& p) {
+  std::ifstream in(p, std::ios::binary);
+  std::ostringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+struct BatchResult {
+  int status = -1;
+  std::string out;
+  std::string err;
+  bool has(const std::string& line) const { return out.find(line) != std::string::npos; }
+};
+
+class BatchRun : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::random_device rd;
+    root_ = fs::temp_directory_path() / ("kel_batch_" + std::to_string(rd()) + std::to_string(rd()));
+    prog_ = root_ / "prog";
+    fs::create_directories(prog_);
+    const fs::path built = fs::path(KEL_EXECUTABLE).parent_path();
+    ASSERT_TRUE(fs::exists(built / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
+    for (const fs::directory_entry& e : fs::directory_iterator(built)) {
+      const std::string name = e.path().filename().string();
+      if (e.is_directory()) {
+        if (name == "demo" || (name != "Generica" && fs::exists(e.path() / "Pasaje.mdb"))) continue;
+        fs::copy(e.path(), prog_ / name, fs::copy_options::recursive);
+      } else if (name == "kelimport") {
+        std::error_code ec;
+        fs::create_hard_link(e.path(), prog_ / name, ec);
+        if (ec) fs::copy_file(e.path(), prog_ / name);
+      } else {
+        fs::copy_file(e.path(), prog_ / name);
+      }
+    }
+    fs::copy(built / "demo", root_ / "demo", fs::copy_options::recursive);
+  }
+  void TearDown() override {
+    std::error_code ec;
+    fs::remove_all(root_, ec);
+  }
+
+  std::string demo_line(int format = 1) const {
+    return (root_ / "demo" / "Empresa" / "Datos.mdb").string() + "*" + (root_ / "demo").string() + "*" +
+           std::to_string(format);
+  }
+
+  BatchResult run(std::vector<std::string> args) const {
+    args.insert(args.begin(), {(prog_ / "kelimport").string(), "--batch"});
+    std::vector<char*> argv;
+    for (auto& a : args) argv.push_back(a.data());
+    argv.push_back(nullptr);
+    const fs::path out = root_ / "out.txt", err = root_ / "err.txt";
+    pid_t pid = fork();
+    if (pid == 0) {
+      int o = open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+      int e = open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+      dup2(o, 1);
+      dup2(e, 2);
+      execv(argv[0], argv.data());
+      _exit(127);
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+    BatchResult r;
+    if (WIFEXITED(status)) r.status = WEXITSTATUS(status);
+    r.out = read_all(out);
+    r.err = read_all(err);
+    return r;
+  }
+
+  fs::path root_, prog_;
+};
+
+TEST_F(BatchRun, BadArgumentsExitWithThreeAndTheUsage) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+      {{}, "ERROR: Falta la línea de comandos"},
+      {{"--yes", "--no", "x"}, "ERROR: --yes y --no no pueden usarse juntas"},
+      {{"--groups", "1,7", "x"}, "ERROR: Lista de grupos incorrecta: '1,7'"},
+      {{"--from", "13/2020", "x"}, "ERROR: Mes incorrecto para --from: '13/2020'"},
+      {{"--from=03/2024", "--to", "02/2024", "x"}, "ERROR: El mes de --from es posterior al de --to"},
+      {{"--verbose", "x"}, "ERROR: Opción desconocida: --verbose"},
+      {{"a*b*0", "c"}, "ERROR: Sobra el argumento: c"},
+  };
+  for (const auto& [args, expected] : cases) {
+    BatchResult r = run(args);
+    EXPECT_EQ(r.status, 3) << expected;
+    EXPECT_EQ(r.out.rfind(expected, 0), 0u) << r.out;
+    EXPECT_NE(r.err.find("Uso: kelimport --batch"), std::string::npos) << expected;
+  }
+  BatchResult help = run({"--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_EQ(help.out.rfind("Uso: kelimport --batch", 0), 0u);
+
+  // A destination that is not there: the window's warning, then the end.
+  BatchResult missing = run({"--yes", (root_ / "no" / "Datos.mdb").string()});
+  EXPECT_EQ(missing.status, 3);
+  EXPECT_EQ(missing.out,
+            "AVISO: Ruta de Base de Datos Inexistente\nERROR: No hay una base de KEL abierta; no se importa nada\n");
+}
+
+TEST_F(BatchRun, AnswersDecideTheExitStatus) {
+  BatchResult yes = run({"--yes", "--from", "01/2024", demo_line()});
+  EXPECT_EQ(yes.status, 0) << yes.out;
+  EXPECT_TRUE(yes.has("\nCARGA: Personas: 50 filas\n")) << yes.out;
+  EXPECT_TRUE(yes.has("PREGUNTA: La empresa de KEL tiene Nombre: 'DEMO S.A.'\n"
+                      "  y la empresa a importar tiene Nombre: ''\n"
+                      "  ¿Desea continuar de todas formas? -> Sí\n"))
+      << yes.out;
+  EXPECT_TRUE(yes.has("PREGUNTA: Confirma importar los datos de la empresa -> Sí\n"));
+  const std::string closing = "\nINFO: Importación Satisfactoria!!\n";
+  ASSERT_GT(yes.out.size(), closing.size());
+  EXPECT_EQ(yes.out.substr(yes.out.size() - closing.size()), closing);
+  EXPECT_EQ(yes.err, "");  // not a terminal: no progress
+  EXPECT_TRUE(fs::exists(prog_ / "Empresa" / "Pasaje.mdb"));
+
+  BatchResult no = run({"--no", demo_line()});
+  EXPECT_EQ(no.status, 1) << no.out;
+  EXPECT_TRUE(no.has("¿Desea continuar de todas formas? -> No\n"));
+  EXPECT_FALSE(no.has("INFO:"));
+  EXPECT_FALSE(no.has("Confirma importar"));
+
+  BatchResult unanswered = run({demo_line()});
+  EXPECT_EQ(unanswered.status, 3);
+  EXPECT_TRUE(unanswered.has("-> (sin respuesta)\nERROR: Hay una pregunta y no se indicó la respuesta (--yes o --no)\n"))
+      << unanswered.out;
+
+  // Only group 1: the other groups' sources are not looked for, so only the
+  // company's tables are staged.
+  BatchResult only_company = run({"--yes", "--groups", "1", demo_line()});
+  EXPECT_EQ(only_company.status, 0);
+  EXPECT_TRUE(only_company.has("CARGA: Empresa: 1 fila\n")) << only_company.out;
+  EXPECT_FALSE(only_company.has("CARGA: Personas:"));
+}
+
+TEST_F(BatchRun, ErrorInTheLoadWritesTheReportAndExitsWithTwo) {
+  BatchResult first = run({"--no", demo_line()});
+  ASSERT_EQ(first.status, 1) << first.out;
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open((prog_ / "Empresa" / "Pasaje.mdb").c_str(), &db), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(db,
+                         "CREATE TRIGGER no_borrar BEFORE DELETE ON Personas "
+                         "BEGIN SELECT RAISE(ABORT, 'tabla bloqueada'); END;",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_close(db);
+
+  BatchResult failed = run({"--yes", demo_line()});
+  EXPECT_EQ(failed.status, 2) << failed.out;
+  const fs::path report = prog_ / "Empresa" / "kelimport-errores.txt";
+  EXPECT_TRUE(failed.has("AVISO: La importación se detuvo por un error en carga de la base auxiliar"));
+  EXPECT_TRUE(failed.has("ERROR: ")) << failed.out;
+  EXPECT_TRUE(failed.has("(detalle en " + report.string() + ")\n")) << failed.out;
+  EXPECT_FALSE(failed.has("PREGUNTA:"));
+  const std::string text = read_all(report);
+  EXPECT_NE(text.find("Delete * From Personas"), std::string::npos) << text;
+  EXPECT_NE(text.find("tabla bloqueada"), std::string::npos) << text;
+}
+
+}  // namespace

@@ -77,6 +77,9 @@ bool SqliteConnection::open(const std::string& path) {
     return false;
   }
   sqlite3_extended_result_codes(db, 1);
+  // A misspelt "quoted" name must be an error, never a constant text.
+  sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
   sqlite3_busy_timeout(db, kBusyTimeoutMs);
   // Switching to WAL also reads the header, so a damaged file fails here
   // rather than at the first statement.

@@ -166,6 +166,8 @@ TEST(SqliteConnection, RefusedStatementsCarryJetTextTranslationAndMessage) {
     EXPECT_EQ(e.jet_text(), "Selec id Fro T");
     EXPECT_TRUE(e.translated_text().empty());
   }
+  // A misspelt double-quoted name is an error, not the text "Nada".
+  EXPECT_THROW(conn.execute_native("SELECT \"Nada\" FROM T"), db::Error);
   // The connection keeps working after refused statements.
   EXPECT_EQ(conn.open_recordset("Select id From T").row_count(), 1u);
 }

@@ -1,8 +1,54 @@
 #!/usr/bin/env bash
-# Installs what is needed, builds, and runs the importer on the bundled demo
-# company.
+# Installs what is needed, builds, and runs a batch import of the bundled demo
+# company: a fresh copy of the demo's KEL company (so the demo can be run again
+# and again) is loaded from the demo's source files and imported.
+#
+#   scripts/demo.sh                 the whole demo, answering Yes to every question
+#   scripts/demo.sh --groups 1,2    extra options go to `kelimport --batch`
+#
+# The demo's source is its folder of CSV interchange files (format 0) when the
+# build made one, otherwise its source database file (format 1).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 scripts/build.sh
-exec build/bin/kelimport "$@"
+
+program="$(pwd)/build/bin"
+demo="$program/demo"
+run="$(pwd)/build/demo-run"
+
+# A fresh KEL company each time; its staging database is
+# $program/Empresa/Pasaje.mdb, named after the company's folder.
+rm -rf "$run"
+mkdir -p "$run"
+cp -r "$demo/Empresa" "$run/Empresa"
+company="$run/Empresa/Datos.mdb"
+
+csv_folder="$(find "$demo" -name Empresa.csv -printf '%h\n' 2>/dev/null | head -n 1)"
+if [ -n "$csv_folder" ]; then
+  source_path="$(cd "$csv_folder" && pwd)"
+  format=0
+  form="archivos CSV de intercambio"
+else
+  source_path="$(cd "$demo" && pwd)"
+  format=1
+  form="base de datos del sistema de origen"
+fi
+
+echo "== Demostración de kelimport"
+echo "   Empresa KEL (copia nueva): $company"
+echo "   Origen ($form): $source_path"
+echo
+status=0
+"$program/kelimport" --batch --yes "$@" "$company*$source_path*$format" || status=$?
+echo
+echo "== Resumen"
+case $status in
+  0) echo "   Importación terminada." ;;
+  1) echo "   Una respuesta detuvo la importación." ;;
+  2) echo "   Un error detuvo la importación; el detalle está en $program/Empresa/kelimport-errores.txt" ;;
+  *) echo "   Argumentos incorrectos (código $status)." ;;
+esac
+echo "   Base auxiliar: $program/Empresa/Pasaje.mdb (las filas cargadas son las líneas CARGA de arriba)"
+echo "   Empresa KEL: $company"
+exit $status

@@ -75,12 +75,13 @@ class Emitter {
   static bool DefinesName(const Select& select, std::string_view name);
   static bool DefinesName(const FromItem& item, std::string_view name);
 
-  // Expressions (emitter_expr.cpp).
+  // Expressions (emitter_expr.cpp). Value(): what Jet yields, a condition
+  // becoming -1/0/Null. Bool(): an SQLite condition, any other value v
+  // meaning v <> 0. Both return text that can be embedded as an operand.
   std::string Value(const Expr& e);
   std::string Bool(const Expr& e);
   std::string Comparison(const Expr& e);
   std::string Call(const Expr& e, bool boolean);
-  std::string Clause(const Expr& e) { return Bool(e); }
   bool IsBoolean(const Expr& e) const;
 
   std::string_view source_;

@@ -2,6 +2,7 @@
 // of the context, error positions, and robustness on truncated input.
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 
 #include "db/error.h"
@@ -211,6 +212,37 @@ TEST(JetTranslate, EveryPrefixOfARealStatementTranslatesOrIsRefused) {
       } catch (const std::exception& e) {
         ADD_FAILURE() << "unexpected exception for [" << jet << "]: " << e.what();
       }
+    }
+  }
+}
+
+// Random token soup: whatever comes in, the answer is a translation or a
+// TranslateError with a position inside the text.
+TEST(JetTranslate, RandomTokenSequencesNeverEscapeAsOtherErrors) {
+  const char* const kPieces[] = {
+      "Select ", "Insert Into ", "Update ", "Delete ", "Drop Table ", "From ", "Where ",
+      "Group By ", "Having ", "Order By ", "Union ", "Top 2 ", "Distinct ", "Into X ",
+      "Set ", "Values ", "As ", "Inner Join ", "Left Join ", "Right Join ", "On ", "In ",
+      "And ", "Or ", "Not ", "Is ", "Null ", "Like ", "Between ", "Exists ", "Mod ", "Xor ",
+      "T ", "RelacConc ", "A ", "A.", "id ", "Nombre ", "CodKEL ", "*", ", ", "(", ")", "=",
+      "<>", "<", "+", "-", "&", "/", "\\", "^", ";", "1 ", "2.5 ", "'x' ", "\"y\" ",
+      "#01/02/2024# ", "[a b] ", "IIf(", "IsNull(", "Max(", "Val(", "Count(*) ", "Foo(",
+      "True ", "False ", " in '/p/a.db' ", "Select * From T "};
+  std::mt19937 random(20240229);
+  std::uniform_int_distribution<std::size_t> piece(0, std::size(kPieces) - 1);
+  std::uniform_int_distribution<int> length(1, 24);
+  for (int i = 0; i < 20000; ++i) {
+    std::string jet;
+    for (int n = length(random); n > 0; --n) jet += kPieces[piece(random)];
+    if (i % 3 == 0) jet = "Select " + jet;
+    FakeContext context = MakeContext();
+    context.select_answer = {"CodKEL"};
+    try {
+      db::jet::translate(jet, context);
+    } catch (const TranslateError& e) {
+      ASSERT_LE(e.position(), jet.size()) << jet;
+    } catch (const std::exception& e) {
+      FAIL() << "unexpected exception for [" << jet << "]: " << e.what();
     }
   }
 }

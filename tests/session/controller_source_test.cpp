@@ -115,6 +115,40 @@ TEST(ControllerStaging, BrowsingTheSourceFolder) {
   EXPECT_FALSE(c.Barra.visible());
 }
 
+TEST(ControllerStaging, MatchingProgressAndReopeningTheDestination) {
+  kel_test::TempFolder tmp;
+  const auto prog = tmp.path() / "prog";
+  kel_test::make_program_folder(prog);
+  const auto company = tmp.path() / "E001" / "Empresa.mdb";
+  kel_test::make_kel_company(company, "UNO", "UNO SA");
+  const auto src = tmp.path() / "origen";
+  kel_test::write_file(src / "empresa.txt", "a\r\nb\r\nc\r\n");
+
+  kel_test::RecordingUi ui;
+  session::MainWindowController c(prog, ui);
+  c.Form_Load(company.string() + "**2");
+  c.ActuBarra();
+  c.state.ChkOP = {true, true, false, false, false};
+  c.BuscarArchivos(src.string());
+  EXPECT_FLOAT_EQ(c.Barra.percentage(), 2);  // one point per entry offered
+  EXPECT_EQ(c.total_lines, 4);               // the file's three lines plus one
+  EXPECT_EQ(c.state.ChkOP, (std::array<bool, 5>{true, false, false, false, false}));
+  c.state.ChkOP = {false, false, false, false, true};  // no entry of group 5
+  c.BuscarArchivos(src.string());
+  EXPECT_EQ(c.total_lines, 0);
+  EXPECT_FALSE(c.state.ColArchTablas.ColArchTablas("Empresa*1").Existe);
+
+  // Any index but 0 reopens the destination on PathDeEmp.
+  c.destination->close();
+  c.cbActualizar_Click(1);
+  ASSERT_TRUE(c.destination && c.destination->is_open());
+  EXPECT_EQ(c.destination->data_source_name(), company.string());
+
+  c.TipoImp_Click(0);
+  EXPECT_EQ(c.state.TipoImp.kind, 0);
+  EXPECT_EQ(c.state.TipoImp.pressed, (std::array<bool, 2>{true, false}));
+}
+
 TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   kel_test::TempFolder tmp;
   const auto prog = tmp.path() / "prog";

@@ -33,8 +33,11 @@ std::string CsvField(const Value& value) {
   if (std::holds_alternative<std::monostate>(value)) return {};
   if (const auto* i = std::get_if<std::int64_t>(&value)) return std::to_string(*i);
   if (const auto* d = std::get_if<double>(&value)) {
-    char buf[64];
-    auto r = std::to_chars(buf, buf + sizeof buf, *d);  // shortest text that reads back the same
+    // The shortest text that reads back the same, never in exponent form
+    // (1e+05 is not how a payroll export writes 100000).
+    char buf[400];
+    auto r = std::to_chars(buf, buf + sizeof buf, *d, std::chars_format::fixed);
+    if (r.ec != std::errc()) r = std::to_chars(buf, buf + sizeof buf, *d);
     return std::string(buf, r.ptr);
   }
   const std::string& text = std::get<std::string>(value);

@@ -15,21 +15,29 @@ std::string_view Trimmed(std::string_view s) {
   return s.substr(b, e - b);
 }
 
-// A plain decimal number ("-12", "3.25", "+4") with "." as separator.
+// A decimal number ("-12", "3.25", "+4", "1.5E+05") with "." as separator.
 bool ParseReal(std::string_view s, double* out) {
   if (!s.empty() && s.front() == '+') s.remove_prefix(1);
   if (s.empty()) return false;
-  // Only digits, one sign and one point: from_chars alone would also take
-  // "inf", "nan" and exponents, which no payroll export means.
-  bool digit = false;
+  // Digits, a sign, one point and an exponent only: from_chars alone would
+  // also take "inf" and "nan", which no payroll export means.
+  bool digit = false, exponent_digit = false, in_exponent = false;
   int points = 0;
   for (std::size_t i = 0; i < s.size(); ++i) {
     char c = s[i];
-    if (c >= '0' && c <= '9') digit = true;
-    else if (c == '.') ++points;
-    else if (!(c == '-' && i == 0)) return false;
+    if (c >= '0' && c <= '9') {
+      (in_exponent ? exponent_digit : digit) = true;
+    } else if (c == '.' && !in_exponent) {
+      ++points;
+    } else if ((c == 'e' || c == 'E') && digit && !in_exponent) {
+      in_exponent = true;
+    } else if (c == '-' && i == 0) {
+    } else if ((c == '+' || c == '-') && in_exponent && (s[i - 1] == 'e' || s[i - 1] == 'E')) {
+    } else {
+      return false;
+    }
   }
-  if (!digit || points > 1) return false;
+  if (!digit || points > 1 || (in_exponent && !exponent_digit)) return false;
   auto result = std::from_chars(s.data(), s.data() + s.size(), *out);
   return result.ec == std::errc() && result.ptr == s.data() + s.size();
 }

@@ -20,6 +20,54 @@ namespace {
 // Statement errors kept per entry; the rest are only counted.
 constexpr int kStatementWarningsPerEntry = 5;
 
+// Page cache of the staging connection while it loads (negative: KiB). The
+// liquidation lines go into tables with several indexes; with SQLite's small
+// default cache every index page is written and read back many times.
+constexpr const char* kLoadCacheKiB = "-262144";
+
+// Gives the SQLite staging connection a large page cache and keeps the
+// data-file tables in memory while the load runs, and puts the settings back
+// afterwards, whatever happens.
+class LoadTuning {
+ public:
+  explicit LoadTuning(db::Connection* connection) : sqlite_(dynamic_cast<db::SqliteConnection*>(connection)) {
+    if (!sqlite_ || !sqlite_->handle()) return;
+    cache_size_ = Pragma("cache_size");
+    temp_store_ = Pragma("temp_store");
+    Set("cache_size", kLoadCacheKiB);
+    Set("temp_store", "2");
+
+  }
+  ~LoadTuning() {
+    if (!sqlite_ || !sqlite_->handle()) return;
+    if (!cache_size_.empty()) Set("cache_size", cache_size_);
+    if (!temp_store_.empty()) Set("temp_store", temp_store_);
+  }
+  LoadTuning(const LoadTuning&) = delete;
+  LoadTuning& operator=(const LoadTuning&) = delete;
+
+ private:
+  std::string Pragma(const std::string& name) {
+    sqlite3_stmt* stmt = nullptr;
+    std::string value;
+    if (sqlite3_prepare_v2(sqlite_->handle(), ("PRAGMA " + name).c_str(), -1, &stmt, nullptr) == SQLITE_OK &&
+        sqlite3_step(stmt) == SQLITE_ROW) {
+      const unsigned char* text = sqlite3_column_text(stmt, 0);
+      if (text) value = reinterpret_cast<const char*>(text);
+    }
+    sqlite3_finalize(stmt);
+    return value;
+  }
+  void Set(const std::string& name, const std::string& value) {
+    // A setting that cannot change only makes the load slower.
+    sqlite3_exec(sqlite_->handle(), ("PRAGMA " + name + " = " + value).c_str(), nullptr, nullptr, nullptr);
+  }
+
+  db::SqliteConnection* sqlite_;
+  std::string cache_size_;
+  std::string temp_store_;
+};
+
 void Progress(StagingLoad& load, float value) {
   if (load.ActuBarra) load.ActuBarra(value);
 }
@@ -190,6 +238,7 @@ void CargarDatos(StagingLoad& load) {
   if (!load.staging || load.staging->state() != 1) return;
   load.warnings.clear();
   load.stats = {};
+  LoadTuning tuning(load.staging);
   Progress(load, static_cast<float>(80.0 / (static_cast<double>(load.total_lines) + 40.0)));
   if (load.hide_lblDatosCP) load.hide_lblDatosCP();
   EmptyStagingTables(load);

@@ -165,7 +165,11 @@ TEST(InterchangeConvert, TypedFieldsAndBadValues) {
   EXPECT_FALSE(ConvertField("1.234,5", real, ',', v));  // group separators are not guessed
   EXPECT_FALSE(ConvertField("1,5", real, '.', v));
   EXPECT_FALSE(ConvertField("nan", real, '.', v));
-  EXPECT_FALSE(ConvertField("1e5", real, '.', v));
+  EXPECT_TRUE(ConvertField("1e+05", real, '.', v));  // as some exports write large numbers
+  EXPECT_DOUBLE_EQ(v.real, 100000);
+  EXPECT_FALSE(ConvertField("1e", real, '.', v));
+  EXPECT_FALSE(ConvertField("e5", real, '.', v));
+  EXPECT_FALSE(ConvertField("inf", real, '.', v));
 
   const DataColumn date = Col("F", ColumnType::Date, 0, "dd/MM/yyyy");
   EXPECT_TRUE(ConvertField("29/02/2024", date, '.', v));

@@ -14,6 +14,8 @@ TEST(CsvInterchange, FieldsReadBackAsWritten) {
   EXPECT_EQ(CsvField(demo::Value{}), "");
   EXPECT_EQ(CsvField(demo::Value{std::int64_t{-12}}), "-12");
   EXPECT_EQ(CsvField(demo::Value{1234.5}), "1234.5");
+  EXPECT_EQ(CsvField(demo::Value{100000.0}), "100000");  // never 1e+05
+  EXPECT_EQ(CsvField(demo::Value{0.000001}), "0.000001");
   EXPECT_EQ(CsvField(demo::Value{0.1 + 0.2}), "0.30000000000000004");  // shortest exact text
   EXPECT_EQ(CsvField(demo::Value{std::string("Muñoz")}), "Muñoz");
   EXPECT_EQ(CsvField(demo::Value{std::string("a;b")}), "\"a;b\"");

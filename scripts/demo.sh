@@ -30,7 +30,9 @@ if [ -n "$csv_folder" ]; then
   format=0
   form="archivos CSV de intercambio"
 else
-  source_path="$(cd "$demo" && pwd)"
+  source_folder="$demo/Origen_BD"
+  [ -d "$source_folder" ] || source_folder="$demo"
+  source_path="$(cd "$source_folder" && pwd)"
   format=1
   form="base de datos del sistema de origen"
 fi

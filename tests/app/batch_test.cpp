@@ -66,7 +66,7 @@ class BatchRun : public ::testing::Test {
   }
 
   std::string demo_line(int format = 1) const {
-    return (root_ / "demo" / "Empresa" / "Datos.mdb").string() + "*" + (root_ / "demo").string() + "*" +
+    return (root_ / "demo" / "Empresa" / "Datos.mdb").string() + "*" + (root_ / "demo" / (format == 0 ? "Origen_CSV" : "Origen_BD")).string() + "*" +
            std::to_string(format);
   }
 
@@ -125,9 +125,11 @@ TEST_F(BatchRun, BadArgumentsExitWithThreeAndTheUsage) {
 }
 
 TEST_F(BatchRun, AnswersDecideTheExitStatus) {
-  BatchResult yes = run({"--yes", "--from", "01/2024", demo_line()});
+  BatchResult yes = run({"--yes", "--from", "01/2024", demo_line(0)});
   EXPECT_EQ(yes.status, 0) << yes.out;
   EXPECT_TRUE(yes.has("\nCARGA: Personas: 50 filas\n")) << yes.out;
+  EXPECT_TRUE(yes.has(" rechazadas, ")) << yes.out;
+  EXPECT_FALSE(yes.has(" 0 filas leídas de archivos")) << yes.out;  // the CSV form reads files
   EXPECT_TRUE(yes.has("PREGUNTA: La empresa de KEL tiene Nombre: 'DEMO S.A.'\n"
                       "  y la empresa a importar tiene Nombre: ''\n"
                       "  ¿Desea continuar de todas formas? -> Sí\n"))

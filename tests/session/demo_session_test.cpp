@@ -1,0 +1,148 @@
+// End-to-end: a session on a copy of the bundled demo company with the shipped
+// formats stages the demo's source, in its database-file form (format 1) and
+// in its CSV form (format 0), and both give the source's rows.
+#include <map>
+
+#include "controller_fixture.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Counts = std::map<std::string, std::string>;
+
+const fs::path kBuiltProgram = KEL_PROGRAM_DIR;
+
+// The program folder without the executable, the demo and any staging
+// databases left by earlier runs: the formats, their statement files and the
+// template.
+void copy_program_folder(const fs::path& to) {
+  fs::create_directories(to);
+  for (const fs::directory_entry& e : fs::directory_iterator(kBuiltProgram)) {
+    const std::string name = e.path().filename().string();
+    if (e.is_directory()) {
+      if (name == "demo" || (name != "Generica" && fs::exists(e.path() / "Pasaje.mdb"))) continue;
+      fs::copy(e.path(), to / name, fs::copy_options::recursive);
+    } else if (name != "kelimport") {
+      fs::copy_file(e.path(), to / name);
+    }
+  }
+}
+
+std::vector<std::string> tables_of(const fs::path& db) {
+  std::vector<std::string> names;
+  sqlite3* h = nullptr;
+  sqlite3_open_v2(db.string().c_str(), &h, SQLITE_OPEN_READONLY, nullptr);
+  sqlite3_stmt* st = nullptr;
+  sqlite3_prepare_v2(h, "SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite%'", -1, &st,
+                     nullptr);
+  while (st && sqlite3_step(st) == SQLITE_ROW) names.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
+  sqlite3_finalize(st);
+  sqlite3_close(h);
+  return names;
+}
+
+Counts row_counts(const fs::path& db) {
+  Counts counts;
+  for (const std::string& t : tables_of(db)) counts[t] = kel_test::query_text(db, "SELECT count(*) FROM \"" + t + "\"");
+  return counts;
+}
+
+struct DemoCopy {
+  kel_test::TempFolder tmp;
+  fs::path prog = tmp.path() / "prog";
+  fs::path demo = tmp.path() / "demo";
+  fs::path company = demo / "Empresa" / "Datos.mdb";
+  fs::path staging = prog / "Empresa" / "Pasaje.mdb";
+
+  DemoCopy() {
+    EXPECT_TRUE(fs::exists(kBuiltProgram / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
+    EXPECT_TRUE(fs::exists(kBuiltProgram / "ConfIMP.ini")) << "the build installs the formats";
+    copy_program_folder(prog);
+    fs::copy(kBuiltProgram / "demo", demo, fs::copy_options::recursive);
+  }
+
+  // Stages `source` with the format `index` and returns the staged counts.
+  Counts stage(const fs::path& source, int index, kel_test::RecordingUi& ui) {
+    session::MainWindowController c(prog, ui);
+    c.Form_Load(company.string() + "*" + source.string() + "*" + std::to_string(index));
+    EXPECT_EQ(c.state.cmbFormato_index, index);
+    c.Form_Activate();
+    EXPECT_FALSE(c.lblDatosCP_visible);
+    // The demo's concepts carry no TotalBPS column, which only the optional
+    // automatic links read: the database form's link statements are refused
+    // (and ignored), the CSV form leaves the column empty. Nothing else fails.
+    EXPECT_EQ(c.last_load_stats.statements_failed, index == 1 ? 7 : 0);
+    for (const std::string& w : c.last_load_warnings)
+      EXPECT_TRUE(w.find("TotalBPS") != std::string::npos || w.find("conceptos.sql") != std::string::npos) << w;
+    EXPECT_EQ(c.state.ChkOP, (std::array<bool, 5>{true, true, true, true, true}));
+    c.Form_Unload();
+    return row_counts(staging);
+  }
+};
+
+// Every table of the source holds, once staged, the source's rows; the
+// mapping tables and the kept base tables are not copied from the source.
+void expect_source_rows_staged(const Counts& source, const Counts& staged) {
+  const std::vector<std::string> kept = {"RelacConc", "RelacTLiq", "TiposRemuneracion", "CobraPor"};
+  int compared = 0;
+  for (const auto& [table, rows] : source) {
+    if (std::find(kept.begin(), kept.end(), table) != kept.end()) continue;
+    ASSERT_TRUE(staged.count(table)) << table;
+    EXPECT_EQ(staged.at(table), rows) << table;
+    ++compared;
+  }
+  EXPECT_GE(compared, 20);
+  EXPECT_EQ(staged.at("Empresa"), "1");
+  EXPECT_NE(staged.at("Datos_Liquidacion"), "0");
+}
+
+TEST(DemoSession, DatabaseFileFormStagesEveryTable) {
+  DemoCopy d;
+  kel_test::RecordingUi ui;
+  const Counts staged = d.stage(d.demo / "Origen_BD", 1, ui);
+  EXPECT_TRUE(ui.log.empty()) << ui.log.front();
+  expect_source_rows_staged(row_counts(d.demo / "Origen.mdb"), staged);
+  // The build tree's demo is untouched: its staging database is elsewhere.
+  EXPECT_FALSE(fs::exists(kBuiltProgram / "Empresa" / "Pasaje.mdb") &&
+               fs::last_write_time(kBuiltProgram / "Empresa" / "Pasaje.mdb") > fs::last_write_time(d.staging));
+
+  // The import run on the staged demo: the source's company is not read from
+  // a database-file source, so the names differ and both questions come.
+  ui.default_answer = true;
+  session::MainWindowController c(d.prog, ui);
+  c.Form_Load(d.company.string());
+  c.cbImportar_Click();
+  ASSERT_EQ(ui.log.size(), 3u);
+  EXPECT_EQ(ui.log[0].rfind("PREGUNTA: La empresa de KEL tiene Nombre: '", 0), 0u) << ui.log[0];
+  EXPECT_EQ(ui.log[1], "PREGUNTA: Confirma importar los datos de la empresa -> Sí");
+  EXPECT_EQ(ui.log[2], "INFO: Importación Satisfactoria!!");
+}
+
+// Contents that texts, dates and amounts must carry the same in both forms.
+const char* const kDigests[] = {
+    "SELECT group_concat(id_Persona || ':' || ifnull(Apellido_1, '') || ':' || ifnull(Nombre_1, '') || ':' || "
+    "ifnull(Fecha_Nacimiento, ''), ',') FROM (SELECT * FROM Personas ORDER BY id_Persona)",
+    "SELECT total(Monto) || '/' || total(Cantidad) || '/' || count(DISTINCT id_Encabezado) FROM Datos_Liquidacion",
+    "SELECT group_concat(id_Concepto || ':' || ifnull(Nombre, ''), ',') FROM (SELECT * FROM Conceptos ORDER BY id_Concepto)",
+};
+
+TEST(DemoSession, CsvFormStagesTheSameDataAsTheDatabaseForm) {
+  DemoCopy d;
+  const fs::path csv = d.demo / "Origen_CSV";
+  ASSERT_TRUE(fs::exists(csv / "Empresa.csv")) << "the build makes the demo's CSV files";
+  kel_test::RecordingUi ui;
+  const Counts from_csv = d.stage(csv, 0, ui);
+  EXPECT_TRUE(ui.log.empty()) << ui.log.front();
+  std::vector<std::string> digests;
+  for (const char* sql : kDigests) digests.push_back(kel_test::query_text(d.staging, sql));
+
+  const Counts from_db = d.stage(d.demo / "Origen_BD", 1, ui);
+  EXPECT_EQ(from_csv, from_db);
+  expect_source_rows_staged(row_counts(d.demo / "Origen.mdb"), from_csv);
+  for (std::size_t i = 0; i < digests.size(); ++i) {
+    EXPECT_FALSE(digests[i].empty()) << kDigests[i];
+    EXPECT_EQ(digests[i], kel_test::query_text(d.staging, kDigests[i])) << kDigests[i];
+  }
+}
+
+}  // namespace

@@ -93,9 +93,11 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
     std::filesystem::path partial = folder / "Pasaje.mdb.copiando";
     std::filesystem::copy_file(template_file, partial, std::filesystem::copy_options::overwrite_existing, ec);
     if (!ec) std::filesystem::rename(partial, file, ec);
-    if (ec) std::filesystem::remove(partial, ec);
+    const bool copy_failed = static_cast<bool>(ec);
+    if (copy_failed) std::filesystem::remove(partial, ec);
     for (int i = 0; i < 3; ++i) ui_.repaint();
-    for (int round = 0; round < kCopyWaitRounds && !file_exists(file); ++round)
+    // A copy the system refused will not appear: no point in waiting for it.
+    for (int round = 0; !copy_failed && round < kCopyWaitRounds && !file_exists(file); ++round)
       std::this_thread::sleep_for(kCopyWaitStep);
   }
 

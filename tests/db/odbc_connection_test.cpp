@@ -9,6 +9,7 @@
 
 #include "db/error.h"
 #include "db/odbc_connection.h"
+#include "db/odbc_sources.h"
 #include "temp_folder.h"
 
 namespace {
@@ -16,6 +17,26 @@ namespace {
 using testing_db::TempFolder;
 
 const char* kDriver = "/usr/lib/x86_64-linux-gnu/odbc/libsqlite3odbc.so";
+
+// The driver manager keeps the system folder (ODBCSYSINI) it read first for
+// the whole process, so all tests share one: it declares the driver and two
+// machine data sources. Each test's own data source is a user one (ODBCINI,
+// read afresh at every connection) on a database of its own.
+struct SystemFolder {
+  TempFolder folder{"odbc_sistema"};
+  SystemFolder() {
+    std::string db = folder.database("sistema.db", "CREATE TABLE S (x INTEGER);");
+    folder.write("odbcinst.ini", std::string("[SQLite3]\nDescription=SQLite3\nDriver=") +
+                                     kDriver + "\n");
+    folder.write("odbc.ini", "[kel_sistema]\nDriver=SQLite3\nDatabase=" + db +
+                                 "\n\n[kel_sistema2]\nDriver=SQLite3\nDatabase=" + db + "\n");
+  }
+};
+
+SystemFolder& system_folder() {
+  static SystemFolder folder;
+  return folder;
+}
 
 class OdbcConnectionTest : public testing::Test {
  protected:
@@ -28,11 +49,8 @@ class OdbcConnectionTest : public testing::Test {
         "INSERT INTO Personas VALUES (1, 'Peñarol Ñandú', 1500.75, '1980-05-17', "
         "'2024-02-29 13:05:00', -1, NULL);"
         "INSERT INTO Personas VALUES (2, NULL, NULL, NULL, '2023-01-01 00:00:00', 0, '');");
-    folder_.write("odbcinst.ini", std::string("[SQLite3]\nDescription=SQLite3\nDriver=") +
-                                      kDriver + "\n");
     folder_.write("odbc.ini", "[kel_prueba]\nDriver=SQLite3\nDatabase=" + database_ + "\n");
-    // unixODBC reads these each time a connection is made.
-    setenv("ODBCSYSINI", folder_.path().c_str(), 1);
+    setenv("ODBCSYSINI", system_folder().folder.path().c_str(), 1);
     setenv("ODBCINI", folder_.file("odbc.ini").c_str(), 1);
   }
 
@@ -121,6 +139,32 @@ TEST_F(OdbcConnectionTest, FailedOpenLeavesItClosedWithTheDriverMessage) {
   EXPECT_EQ(conn.state(), 1);
   EXPECT_TRUE(conn.last_error().empty());
   EXPECT_FALSE(conn.data_source_name().empty());
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(OdbcConnectionTest, ListsMachineDataSourcesAndTheFileDsnFolder) {
+  // The user's own data source (kel_prueba) is not a machine one.
+  EXPECT_EQ(db::odbc_system_data_sources(),
+            (std::vector<std::string>{"kel_sistema", "kel_sistema2"}));
+  const TempFolder& system = system_folder().folder;
+  EXPECT_EQ(db::odbc_file_dsn_folder(), system.path().string() + "/ODBCDataSources/");
+  std::string drivers = system.file("odbcinst.ini");
+  std::string saved = testing_db::TempFolder::read(drivers);
+  system.write("odbcinst.ini", "[ODBC]\nFileDSNPath = /srv/dsn\n\n" + saved);
+  EXPECT_EQ(db::odbc_file_dsn_folder(), "/srv/dsn/");
+  system.write("odbcinst.ini", saved);
+
+  std::unique_ptr<db::Connection> conn;
+  db::open_odbc("DSN=kel_sistema2;", conn);
+  ASSERT_TRUE(conn);
+  EXPECT_EQ(conn->state(), 1) << conn->last_error();
+  EXPECT_EQ(conn->data_source_name(), "kel_sistema2");
+  EXPECT_EQ(conn->open_recordset("SELECT x FROM S").field_count(), 1u);
+  db::open_odbc("DSN=kel_no_existe;", conn);
+  EXPECT_EQ(conn->state(), 0);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include <charconv>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
@@ -234,10 +235,6 @@ void fast_trim(sqlite3_context* ctx, int, sqlite3_value** argv) {
   ArgText s(argv[0]);
   if (s.null()) return sqlite3_result_null(ctx);
   std::string_view t = jet::trim_view(s.view(), kLeading, kTrailing);
-  if (t.size() == s.view().size() && sqlite3_value_type(argv[0]) == SQLITE_TEXT) {
-    sqlite3_result_value(ctx, argv[0]);  // nothing to trim: no copy to make
-    return;
-  }
   result_text(ctx, t);
 }
 
@@ -262,8 +259,8 @@ void fast_cstr(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
 void fast_cdate(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
   if (sqlite3_value_type(argv[0]) != SQLITE_TEXT) return udf1<fn::CDate>(ctx, argc, argv);
   ArgText s(argv[0]);
-  if (jet::parse_iso(s.view()) && s.view().size() == 10) {
-    sqlite3_result_value(ctx, argv[0]);  // already a stored date
+  if (s.view().size() == 10 && jet::parse_iso(s.view())) {
+    result_text(ctx, s.view());  // already a stored date
     return;
   }
   std::optional<jet::DateTime> d = jet::parse_date_text(s.view());
@@ -289,11 +286,21 @@ void fast_format(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
   });
 }
 
+void delete_like_pattern(void* p) { delete static_cast<jet::LikePattern*>(p); }
+
+// The pattern is read once per statement while it stays the same (SQLite
+// keeps the compiled pattern as auxiliary data of a constant argument).
 void fast_like(sqlite3_context* ctx, int, sqlite3_value** argv) {
   ArgText s(argv[0]);
   ArgText p(argv[1]);
   if (s.null() || p.null()) return sqlite3_result_null(ctx);
-  guarded(ctx, [&] { sqlite3_result_int64(ctx, jet::like_match(s.view(), p.view()) ? -1 : 0); });
+  if (const auto* cached = static_cast<const jet::LikePattern*>(sqlite3_get_auxdata(ctx, 1))) {
+    sqlite3_result_int64(ctx, cached->matches(s.view()) ? -1 : 0);
+    return;
+  }
+  auto compiled = std::make_unique<jet::LikePattern>(p.view());
+  sqlite3_result_int64(ctx, compiled->matches(s.view()) ? -1 : 0);
+  sqlite3_set_auxdata(ctx, 1, compiled.release(), delete_like_pattern);
 }
 
 void fast_nz(sqlite3_context* ctx, int argc, sqlite3_value** argv) {

@@ -46,6 +46,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -152,6 +153,23 @@ void append_lower(std::string& out, std::string_view s);
 // [abc] [a-z] [!a-z] a character of (not of) the list. Throws FunctionError
 // for an unclosed [.
 bool like_match(std::string_view s, std::string_view pattern);
+
+// A Like pattern read once and matched against many texts (the SQLite
+// function keeps one per statement while the pattern stays the same).
+struct LikeProgram;
+class LikePattern {
+ public:
+  // Throws FunctionError for an unclosed [.
+  explicit LikePattern(std::string_view pattern);
+  ~LikePattern();
+  LikePattern(const LikePattern&) = delete;
+  LikePattern& operator=(const LikePattern&) = delete;
+
+  bool matches(std::string_view s) const;
+
+ private:
+  std::unique_ptr<LikeProgram> program_;
+};
 
 // ---- Dates --------------------------------------------------------------
 

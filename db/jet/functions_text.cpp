@@ -4,11 +4,29 @@
 // A character starts at the first byte and at every byte that is not a
 // continuation byte (10xxxxxx); broken sequences are thereby still counted
 // and cut consistently, never refused.
+#include <memory>
 #include <vector>
 
 #include "db/jet/functions.h"
 
 namespace db::jet {
+
+// ---- Like ---------------------------------------------------------------
+
+enum class LikeKind : unsigned char { kStar, kAny, kDigit, kChar, kSet, kNotSet };
+
+struct LikeElem {
+  LikeKind kind;
+  char32_t ch = 0;
+  std::uint32_t set_begin = 0;  // index into ranges
+  std::uint32_t set_end = 0;
+};
+
+struct LikeProgram {
+  std::vector<LikeElem> elems;
+  std::vector<std::pair<char32_t, char32_t>> ranges;
+  std::vector<char32_t> pattern;
+};
 
 namespace {
 
@@ -125,24 +143,6 @@ void fold_into(std::string_view s, std::vector<char32_t>& out) {
   std::size_t i = 0;
   while (i < s.size()) out.push_back(to_lower(decode(s, i)));
 }
-
-// ---- Like ---------------------------------------------------------------
-
-enum class LikeKind : unsigned char { kStar, kAny, kDigit, kChar, kSet, kNotSet };
-
-struct LikeElem {
-  LikeKind kind;
-  char32_t ch = 0;
-  std::uint32_t set_begin = 0;  // index into ranges
-  std::uint32_t set_end = 0;
-};
-
-struct LikeProgram {
-  std::vector<LikeElem> elems;
-  std::vector<std::pair<char32_t, char32_t>> ranges;
-  std::vector<char32_t> pattern;
-  std::vector<char32_t> text;
-};
 
 void compile_like(std::string_view pattern, LikeProgram& prog) {
   fold_into(pattern, prog.pattern);
@@ -320,11 +320,12 @@ std::string_view trim_view(std::string_view s, bool leading, bool trailing) {
 void append_upper(std::string& out, std::string_view s) { append_case(out, s, true); }
 void append_lower(std::string& out, std::string_view s) { append_case(out, s, false); }
 
-bool like_match(std::string_view s, std::string_view pattern) {
-  thread_local LikeProgram prog;
-  compile_like(pattern, prog);
-  fold_into(s, prog.text);
-  const auto& t = prog.text;
+namespace {
+
+bool run_like(const LikeProgram& prog, std::string_view s) {
+  thread_local std::vector<char32_t> text;
+  fold_into(s, text);
+  const auto& t = text;
   const auto& e = prog.elems;
   // Greedy match with one backtrack point: every element but * takes
   // exactly one character, so retrying from the last * is enough.
@@ -347,5 +348,21 @@ bool like_match(std::string_view s, std::string_view pattern) {
   while (ei < e.size() && e[ei].kind == LikeKind::kStar) ++ei;
   return ei == e.size();
 }
+
+}  // namespace
+
+bool like_match(std::string_view s, std::string_view pattern) {
+  thread_local LikeProgram prog;
+  compile_like(pattern, prog);
+  return run_like(prog, s);
+}
+
+LikePattern::LikePattern(std::string_view pattern) : program_(std::make_unique<LikeProgram>()) {
+  compile_like(pattern, *program_);
+}
+
+LikePattern::~LikePattern() = default;
+
+bool LikePattern::matches(std::string_view s) const { return run_like(*program_, s); }
 
 }  // namespace db::jet

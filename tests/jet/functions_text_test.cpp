@@ -103,6 +103,12 @@ TEST(JetText, LikeUsesJetWildcards) {
   EXPECT_FALSE(like_match("1000", "100%"));
   EXPECT_FALSE(like_match("abc", "ab"));
   EXPECT_THROW(like_match("a", "[a"), FunctionError);
+  // A pattern read once matches like like_match, text after text.
+  LikePattern kept("*-#");
+  EXPECT_TRUE(kept.matches("1234567-8"));
+  EXPECT_FALSE(kept.matches("1234567-x"));
+  EXPECT_TRUE(kept.matches("a-b-9"));
+  EXPECT_THROW(LikePattern("[!a"), FunctionError);
 }
 
 }  // namespace

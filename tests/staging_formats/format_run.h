@@ -8,6 +8,7 @@
 #include <sqlite3.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -41,8 +42,11 @@ inline void MakeStagingDatabase(const std::filesystem::path& path) {
 
 // Stages `source_folder` through the format file `format` (a name in the
 // shipped formats folder) into a new staging database `staging_path`.
+// `prepare` (optional) may change the load (months, relations) and the new
+// staging database before the load runs.
 inline void RunFormat(FormatRun& run, const std::string& format, const std::filesystem::path& source_folder,
-                      const std::filesystem::path& staging_path) {
+                      const std::filesystem::path& staging_path,
+                      const std::function<void(FormatRun&)>& prepare = {}) {
   const std::filesystem::path program = std::filesystem::path(KEL_SOURCE_DIR) / "formats";
   const std::string text = settings::ReadText(program / format);
   ASSERT_FALSE(text.empty()) << format;
@@ -64,5 +68,6 @@ inline void RunFormat(FormatRun& run, const std::string& format, const std::file
   run.load.ChkOP = boxes;
   run.load.total_lines = match.total_lines;
   run.load.values.relation_ids = {17, 13, 45, 12, 71, 53, 4};
+  if (prepare) prepare(run);
   staging::CargarDatos(run.load);
 }

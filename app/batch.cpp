@@ -197,7 +197,9 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
   try {
     c.Form_Load(options->command_line);
     if (!c.destination || !c.destination->is_open()) {
-      out << "ERROR: No hay una base de KEL abierta; no se importa nada\n";
+      std::string named = options->command_line.substr(0, options->command_line.find('*'));
+      std::erase(named, '"');
+      out << "ERROR: No hay una base de KEL abierta (" << settings::Trim(named) << "); no se importa nada\n";
       return kBatchBadArguments;
     }
     if (options->from) {

@@ -13,8 +13,14 @@
 //
 // The procedures live in several files by concern: controller_startup.cpp
 // (start-up, format choice, window end), controller_source.cpp (source choice
-// and staging preparation), controller_valido.cpp (the company check),
-// controller_import.cpp (the import run) and error_report.{h,cpp}.
+// and staging preparation), controller_load.cpp (the staging load's inputs),
+// controller_valido.cpp (the company check), controller_import.cpp (the
+// import run) and controller_errors.cpp with error_report.{h,cpp} (what an
+// error that stops a run leaves behind).
+//
+// Ending the program: cbSalir_Click (which runs Form_Unload itself) and an
+// error report (SessionAborted, thrown after the report was written) both
+// make ended() true; the window closes, batch mode exits.
 #pragma once
 
 #include <array>

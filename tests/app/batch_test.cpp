@@ -118,10 +118,16 @@ TEST_F(BatchRun, BadArgumentsExitWithThreeAndTheUsage) {
   EXPECT_EQ(help.out.rfind("Uso: kelimport --batch", 0), 0u);
 
   // A destination that is not there: the window's warning, then the end.
-  BatchResult missing = run({"--yes", (root_ / "no" / "Datos.mdb").string()});
+  const std::string absent = (root_ / "no" / "Datos.mdb").string();
+  BatchResult missing = run({"--yes", absent});
   EXPECT_EQ(missing.status, 3);
-  EXPECT_EQ(missing.out,
-            "AVISO: Ruta de Base de Datos Inexistente\nERROR: No hay una base de KEL abierta; no se importa nada\n");
+  EXPECT_EQ(missing.out, "AVISO: Ruta de Base de Datos Inexistente\nERROR: No hay una base de KEL abierta (" + absent +
+                             "); no se importa nada\n");
+  // In the three-field form a missing destination asks for one (no dialog in
+  // batch mode: none is chosen).
+  BatchResult missing3 = run({"--yes", absent + "*" + root_.string() + "*0"});
+  EXPECT_EQ(missing3.status, 3);
+  EXPECT_EQ(missing3.out, "ERROR: No hay una base de KEL abierta (" + absent + "); no se importa nada\n");
 }
 
 TEST_F(BatchRun, AnswersDecideTheExitStatus) {

@@ -61,6 +61,13 @@ std::string attribute(const std::string& text, const std::string& key) {
   return {};
 }
 
+// True for a file data source's name ("Origen.dsn", case ignored).
+bool ends_with_dsn(const std::string& text) {
+  std::string tail = text.substr(text.size() - 4);
+  for (auto& c : tail) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return tail == ".dsn";
+}
+
 // A statement handle freed on scope exit.
 struct Statement {
   SQLHSTMT handle = SQL_NULL_HSTMT;
@@ -186,8 +193,12 @@ bool OdbcConnection::open(const std::string& connection_text) {
   close();
   last_error_.clear();
   std::string text = connection_text;
-  if (text.find('=') == std::string::npos) text = "DSN=" + text + ";";
+  if (text.find('=') == std::string::npos) {
+    bool file_dsn = text.size() > 4 && ends_with_dsn(text);
+    text = (file_dsn ? "FILEDSN=" : "DSN=") + text + ";";
+  }
   std::string shown = attribute(text, "DSN");
+  if (shown.empty()) shown = attribute(text, "FILEDSN");
   if (shown.empty()) shown = text;
 
   SQLHENV env = SQL_NULL_HENV;
@@ -218,6 +229,7 @@ bool OdbcConnection::open(const std::string& connection_text) {
   env_ = env;
   dbc_ = dbc;
   dsn_ = attribute(text, "DSN");
+  if (dsn_.empty()) dsn_ = attribute(text, "FILEDSN");
   if (dsn_.empty()) {
     SQLCHAR name[256] = {};
     SQLSMALLINT length = 0;

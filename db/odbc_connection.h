@@ -24,7 +24,8 @@ class OdbcConnection final : public Connection {
 
   // Connects with `connection_text`: "DSN=name;" or any ODBC connection
   // string ("Driver=...;Database=...;"); a text without "=" is taken as a
-  // data source name. The driver is never allowed to prompt. Closes this
+  // data source name, or as a file data source ("FILEDSN=") when it ends in
+  // ".dsn". The driver is never allowed to prompt. Closes this
   // connection first when open. Never throws: returns is_open(), and on
   // failure last_error() holds the driver's messages.
   bool open(const std::string& connection_text);
@@ -36,8 +37,8 @@ class OdbcConnection final : public Connection {
   void begin_transaction() override;
   void commit_transaction() override;
   void rollback_transaction() override;
-  // The data source name ("DSN=" part of the connection text, or what the
-  // driver reports).
+  // The data source name: the "DSN=" (or "FILEDSN=") part of the
+  // connection text, or what the driver reports.
   std::string data_source_name() const override { return dsn_; }
   const std::string& last_error() const override { return last_error_; }
 

@@ -165,6 +165,13 @@ TEST_F(OdbcConnectionTest, ListsMachineDataSourcesAndTheFileDsnFolder) {
   EXPECT_EQ(conn->open_recordset("SELECT x FROM S").field_count(), 1u);
   db::open_odbc("DSN=kel_no_existe;", conn);
   EXPECT_EQ(conn->state(), 0);
+
+  // A file data source: a ".dsn" file name stands for "FILEDSN=<file>;".
+  std::string dsn = folder_.write("Origen.dsn", "[ODBC]\nDriver=SQLite3\nDatabase=" + database_ + "\n");
+  db::open_odbc(dsn, conn);
+  EXPECT_EQ(conn->state(), 1) << conn->last_error();
+  EXPECT_EQ(conn->data_source_name(), dsn);
+  EXPECT_EQ(conn->open_recordset("SELECT id FROM Personas").row_count(), 2u);
 }
 
 }  // namespace

@@ -15,26 +15,11 @@ From Imp_Conceptos;
 -- KEL concept the format relates to that total, unless the user already
 -- mapped it (RelacConc survives reloads).
 Insert into RelacConc (CodKEL, CodOS)
-Select [BPS1], id_Concepto From Imp_Conceptos
-Where TotalBPS = '1' And id_Concepto Not In (Select CodOS From RelacConc Where Not IsNull(CodOS));
-Insert into RelacConc (CodKEL, CodOS)
-Select [BPS2], id_Concepto From Imp_Conceptos
-Where TotalBPS = '2' And id_Concepto Not In (Select CodOS From RelacConc Where Not IsNull(CodOS));
-Insert into RelacConc (CodKEL, CodOS)
-Select [BPS5], id_Concepto From Imp_Conceptos
-Where TotalBPS = '5' And id_Concepto Not In (Select CodOS From RelacConc Where Not IsNull(CodOS));
-Insert into RelacConc (CodKEL, CodOS)
-Select [BPS7], id_Concepto From Imp_Conceptos
-Where TotalBPS = '7' And id_Concepto Not In (Select CodOS From RelacConc Where Not IsNull(CodOS));
-Insert into RelacConc (CodKEL, CodOS)
-Select [BPS8], id_Concepto From Imp_Conceptos
-Where TotalBPS = '8' And id_Concepto Not In (Select CodOS From RelacConc Where Not IsNull(CodOS));
-Insert into RelacConc (CodKEL, CodOS)
-Select [Habe], id_Concepto From Imp_Conceptos
-Where TotalBPS = 'H' And id_Concepto Not In (Select CodOS From RelacConc Where Not IsNull(CodOS));
-Insert into RelacConc (CodKEL, CodOS)
-Select [Desc], id_Concepto From Imp_Conceptos
-Where TotalBPS = 'D' And id_Concepto Not In (Select CodOS From RelacConc Where Not IsNull(CodOS));
+Select iif(TotalBPS = '1', [BPS1], iif(TotalBPS = '2', [BPS2], iif(TotalBPS = '5', [BPS5], iif(TotalBPS = '7', [BPS7], iif(TotalBPS = '8', [BPS8], iif(TotalBPS = 'H', [Habe], [Desc])))))),
+  id_Concepto
+From Imp_Conceptos
+Where TotalBPS In ('1', '2', '5', '7', '8', 'H', 'D')
+  And id_Concepto Not In (Select CodOS From RelacConc Where Not IsNull(CodOS));
 
 @ARCHIVO
 Tabla=Imp_Conceptos

@@ -6,6 +6,8 @@
 #include <fstream>
 
 #include "format_run.h"
+#include "settings/paths.h"
+#include "settings/statement_file.h"
 
 namespace {
 
@@ -92,4 +94,44 @@ TEST(FormatRules, AutomaticLinksRespectTheUsersMappings) {
   // A reload keeps the mappings (RelacConc is never emptied) and adds no duplicates.
   staging::CargarDatos(run.load);
   EXPECT_EQ(Query(c, links), "10>30 11>99 13>4");
+}
+
+// The CSV layouts and both formats' inserts name every column of their
+// staging table, so a column added to the staging schema is not silently
+// left out of the interchange schema.
+TEST(FormatRules, FormatsCoverEveryStagingColumn) {
+  Folder dir("columnas");
+  MakeStagingDatabase(dir.path() / "Pasaje.mdb");
+  db::SqliteConnection c;
+  ASSERT_TRUE(c.open((dir.path() / "Pasaje.mdb").string()));
+  const std::filesystem::path program = std::filesystem::path(KEL_SOURCE_DIR) / "formats";
+  staging::ColArchsBD catalogue;
+  std::vector<std::string> warnings;
+  staging::AddEntriesFromKey(catalogue, settings::KeyValue(settings::ReadText(program / "Intercambio_CSV.fmt"), "Archivos"),
+                             true, "Archivos", &warnings);
+  ASSERT_EQ(catalogue.size(), 24u);
+  for (const auto& entry : catalogue) {
+    const std::string table = entry.name();
+    std::string columns = Query(c, "SELECT group_concat(name, ',') FROM pragma_table_info('" + table + "')");
+    ASSERT_FALSE(columns.empty()) << table;
+    settings::StatementFile csv;
+    ASSERT_TRUE(csv.load(settings::ProgramPath(program, entry.ArchConf))) << csv.error();
+    ASSERT_TRUE(csv.layout()) << table;
+    std::string declared;
+    for (const auto& column : csv.layout()->columns) {
+      if (column.name != "TotalBPS") declared += (declared.empty() ? "" : ",") + column.name;
+    }
+    EXPECT_EQ(declared, columns) << table;
+    settings::StatementFile bd;
+    ASSERT_TRUE(bd.load(program / "bd" / std::filesystem::path(settings::NormaliseRelativeName(entry.ArchConf)).filename()));
+    for (const auto* file : {&csv, &bd}) {
+      ASSERT_GE(file->statement_count(), 1) << table;
+      std::string insert = file->statement(1);
+      std::string list = insert.substr(insert.find('(') + 1, insert.find(')') - insert.find('(') - 1);
+      std::string names;
+      for (char ch : list)
+        if (ch != ' ' && ch != '\n') names += ch;
+      EXPECT_EQ(names, columns) << file->path();
+    }
+  }
 }

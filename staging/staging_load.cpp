@@ -161,7 +161,9 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
         try {
           sqlite->attach(in_path);
         } catch (const std::exception&) {
-          // The statement that names it fails with the same message and is ignored.
+          // The statements that name it fail with the same reason (a missing
+          // or unreadable file is told before the transaction matters) and
+          // are ignored.
         }
       }
     }

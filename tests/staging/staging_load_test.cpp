@@ -209,6 +209,16 @@ TEST_F(CargarDatosTest, PathsAreAttachedBeforeTheEntryTransaction) {
   EXPECT_TRUE(load_.warnings.empty()) << load_.warnings.front();
   EXPECT_EQ(QueryCount(*connection_, "Personas"), 2);
   EXPECT_EQ(QueryCount(*connection_, "Conceptos"), 2);
+
+  // A source that is not there: each statement that reads it says why, even
+  // inside the entry's transaction, and the load goes on.
+  catalogue_.ColArchTablas("Emp*3").Ruta = (dir_ / "Falta.mdb").string();
+  CargarDatos(load_);
+  EXPECT_EQ(QueryCount(*connection_, "Personas"), 0);
+  EXPECT_EQ(std::count_if(load_.warnings.begin(), load_.warnings.end(),
+                          [](const std::string& w) { return w.find("el archivo no existe") != std::string::npos; }),
+            2);
+  EXPECT_EQ(load_.stats.statements_failed, 2);
 }
 
 TEST_F(CargarDatosTest, InterchangeEntriesReadTheirDataFile) {

@@ -3,8 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "db/list_query.h"
-#include "db/sqlite_connection.h"
-#include "temp_folder.h"
+#include "db_fixture.h"
 
 namespace {
 
@@ -34,13 +33,11 @@ TEST(ListQuery, BuildsTheStatementFromTableOrSelect) {
             "select id,Nombre from Cargos order by id");
 }
 
-TEST(ListQuery, ReturnsTrimmedTextsOfTheNamedFields) {
-  testing_db::TempFolder folder;
-  db::SqliteConnection conn;
-  ASSERT_TRUE(conn.open(folder.database(
-      "a.db",
-      "CREATE TABLE Cargos (ID_Cargo INTEGER PRIMARY KEY, CARGO TEXT, Sueldo REAL);"
-      "INSERT INTO Cargos VALUES (3, '  Peón  ', 10.0), (1, 'Capataz', NULL), (2, NULL, 2.5);")));
+using ListQueryTest = testing_db::SqliteTest;
+
+TEST_F(ListQueryTest, ReturnsTrimmedTextsOfTheNamedFields) {
+  open("CREATE TABLE Cargos (ID_Cargo INTEGER PRIMARY KEY, CARGO TEXT, Sueldo REAL);"
+       "INSERT INTO Cargos VALUES (3, '  Peón  ', 10.0), (1, 'Capataz', NULL), (2, NULL, 2.5);");
   EXPECT_EQ(db::list_query("Cargos", "ID_Cargo,CARGO,Sueldo", "", conn),
             (Rows{{"1", "Capataz", ""}, {"2", "", "2.5"}, {"3", "Peón", "10"}}));
   EXPECT_EQ(db::list_query("Select * From (Select ID_Cargo as ID, CARGO as Nombre From Cargos)",

@@ -10,7 +10,7 @@
 #include "db/error.h"
 #include "db/odbc_connection.h"
 #include "db/odbc_sources.h"
-#include "temp_folder.h"
+#include "db_fixture.h"
 
 namespace {
 

@@ -2,15 +2,15 @@
 // errors and transactions.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 
-#include "db/error.h"
 #include "db/open_database.h"
-#include "db/sqlite_connection.h"
-#include "temp_folder.h"
+#include "db_fixture.h"
 
 namespace {
 
+using testing_db::SqliteTest;
 using testing_db::TempFolder;
 
 const std::string kAccessDir = std::string(KEL_SHARED_DIR) + "/fixtures/access/";
@@ -28,90 +28,76 @@ std::string pragma_text(sqlite3* db, const char* sql) {
 
 TEST(SqliteConnection, OpenFailuresLeaveItClosedWithASpanishReason) {
   TempFolder folder;
-  db::SqliteConnection conn;
-
-  EXPECT_FALSE(conn.open(folder.file("nada.db")));
-  EXPECT_EQ(conn.state(), 0);
-  EXPECT_NE(conn.last_error().find("No se encuentra el archivo"), std::string::npos);
-  EXPECT_FALSE(std::filesystem::exists(folder.file("nada.db"))) << "opening must not create";
-
-  std::string mdb = kAccessDir + "nwind.mdb";
-  EXPECT_FALSE(conn.open(mdb));
-  EXPECT_EQ(conn.last_error(), "El archivo " + mdb +
-                                   " es una base de datos de Access (Jet/ACE), no una base SQLite");
-  std::string accdb = kAccessDir + "ASampleDatabase.accdb";
-  EXPECT_FALSE(conn.open(accdb));
-  EXPECT_NE(conn.last_error().find("de Access (Jet/ACE)"), std::string::npos);
-
-  std::string text = folder.write("notas.txt", "esto no es una base de datos, es un texto largo");
-  EXPECT_FALSE(conn.open(text));
-  EXPECT_EQ(conn.last_error(), "El archivo " + text + " no es una base de datos SQLite");
-
-  EXPECT_FALSE(conn.open(folder.path().string()));
-  EXPECT_NE(conn.last_error().find("no es un archivo"), std::string::npos);
-
+  struct Case {
+    std::string path;
+    std::string message;  // the whole message, or a piece of it after "…"
+  };
+  const std::string text = folder.write("notas.txt", "esto no es una base de datos, es un texto largo");
   // A file with a SQLite header but damaged content fails at open, not later.
-  std::string damaged = folder.write("rota.db", std::string("SQLite format 3\0", 16) +
-                                                    std::string(200, 'x'));
-  EXPECT_FALSE(conn.open(damaged));
-  EXPECT_NE(conn.last_error().find("No se pudo abrir la base"), std::string::npos);
-  EXPECT_EQ(conn.state(), 0);
-  EXPECT_THROW(conn.execute("Select 1"), db::Error);
+  const std::string damaged =
+      folder.write("rota.db", std::string("SQLite format 3\0", 16) + std::string(200, 'x'));
+  const Case cases[] = {
+      {folder.file("nada.db"), "…No se encuentra el archivo"},
+      {kAccessDir + "nwind.mdb", "El archivo " + kAccessDir +
+                                     "nwind.mdb es una base de datos de Access (Jet/ACE), no una base SQLite"},
+      {kAccessDir + "ASampleDatabase.accdb", "…de Access (Jet/ACE)"},
+      {text, "El archivo " + text + " no es una base de datos SQLite"},
+      {folder.path().string(), "…no es un archivo"},
+      {damaged, "…No se pudo abrir la base"},
+  };
+  db::SqliteConnection conn;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    ASSERT_TRUE(conn.open(folder.database("buena.db")));
+    EXPECT_FALSE(conn.open(c.path));
+    EXPECT_EQ(conn.state(), 0);
+    EXPECT_EQ(conn.data_source_name(), "");
+    if (c.message.rfind("…", 0) == 0) {
+      EXPECT_NE(conn.last_error().find(c.message.substr(3)), std::string::npos) << conn.last_error();
+    } else {
+      EXPECT_EQ(conn.last_error(), c.message);
+    }
+    EXPECT_THROW(conn.execute("Select 1"), db::Error);
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder.file("nada.db"))) << "opening must not create";
 }
 
-TEST(SqliteConnection, OpenSetsWalForeignKeysAndReopenSwitchesFiles) {
-  TempFolder folder;
-  std::string a = folder.database("a.db", "CREATE TABLE TA (id INTEGER);");
-  std::string b = folder.database("b.db", "CREATE TABLE TB (id INTEGER);");
-  std::string empty = folder.write("vacia.db", "");
-
-  db::SqliteConnection conn;
-  ASSERT_TRUE(conn.open(a)) << conn.last_error();
+TEST_F(SqliteTest, OpenSetsWalForeignKeysAndReopenSwitchesFiles) {
+  open("CREATE TABLE TA (id INTEGER);", "a.db");
   EXPECT_EQ(conn.state(), 1);
   EXPECT_TRUE(conn.last_error().empty());
-  EXPECT_EQ(conn.data_source_name(), a);
+  EXPECT_EQ(conn.data_source_name(), folder.file("a.db"));
   EXPECT_EQ(pragma_text(conn.handle(), "PRAGMA journal_mode"), "wal");
   EXPECT_EQ(pragma_text(conn.handle(), "PRAGMA foreign_keys"), "1");
   EXPECT_EQ(conn.table_columns("main", "TA"), std::vector<std::string>{"id"});
 
-  ASSERT_TRUE(conn.open(b));
-  EXPECT_EQ(conn.data_source_name(), b);
+  open("CREATE TABLE TB (id INTEGER);", "b.db");
+  EXPECT_EQ(conn.data_source_name(), folder.file("b.db"));
   EXPECT_TRUE(conn.table_columns("main", "TA").empty());
   EXPECT_EQ(conn.table_columns("main", "TB"), std::vector<std::string>{"id"});
 
-  // A failed open after a good one leaves the connection closed.
-  EXPECT_FALSE(conn.open(folder.file("falta.db")));
-  EXPECT_EQ(conn.state(), 0);
-  EXPECT_EQ(conn.data_source_name(), "");
-
   // An empty file is an empty database.
-  EXPECT_TRUE(conn.open(empty)) << conn.last_error();
+  EXPECT_TRUE(conn.open(folder.write("vacia.db", ""))) << conn.last_error();
   conn.close();
   EXPECT_EQ(conn.state(), 0);
+
+  // open_database replaces the connection variable with a fresh object.
+  std::unique_ptr<db::Connection> var;
+  db::open_database(folder.file("a.db"), var);
+  ASSERT_TRUE(var);
+  EXPECT_EQ(var->state(), 1);
+  db::Connection* first = var.get();
+  db::open_database(folder.file("a.db"), var);
+  EXPECT_EQ(var->state(), 1);
+  EXPECT_NE(var.get(), first);
+  db::open_database(folder.file("no.db"), var);
+  ASSERT_TRUE(var);
+  EXPECT_EQ(var->state(), 0);
+  EXPECT_FALSE(var->last_error().empty());
 }
 
-TEST(SqliteConnection, OpenDatabaseReplacesTheConnectionVariable) {
-  TempFolder folder;
-  std::string a = folder.database("a.db");
-  std::unique_ptr<db::Connection> conn;
-  db::open_database(a, conn);
-  ASSERT_TRUE(conn);
-  EXPECT_EQ(conn->state(), 1);
-  db::Connection* first = conn.get();
-  db::open_database(a, conn);
-  EXPECT_EQ(conn->state(), 1);
-  EXPECT_NE(conn.get(), first) << "a fresh connection object";
-  db::open_database(folder.file("no.db"), conn);
-  ASSERT_TRUE(conn);
-  EXPECT_EQ(conn->state(), 0);
-  EXPECT_FALSE(conn->last_error().empty());
-}
-
-TEST(SqliteConnection, StatementsReturnChangedRowsAndResultsAreSnapshots) {
-  TempFolder folder;
-  db::SqliteConnection conn;
-  ASSERT_TRUE(conn.open(folder.database(
-      "a.db", "CREATE TABLE T (id INTEGER PRIMARY KEY, Nombre TEXT, Sueldo REAL, Fecha TEXT);")));
+TEST_F(SqliteTest, StatementsReturnChangedRowsAndResultsAreSnapshots) {
+  open("CREATE TABLE T (id INTEGER PRIMARY KEY, Nombre TEXT, Sueldo REAL, Fecha TEXT);");
   EXPECT_EQ(conn.execute("Insert Into T (id, Nombre, Sueldo, Fecha) Values (1, 'Ana', 10.5, "
                          "'2024-02-29')"),
             1);
@@ -138,10 +124,8 @@ TEST(SqliteConnection, StatementsReturnChangedRowsAndResultsAreSnapshots) {
   EXPECT_TRUE(conn.open_recordset("Select id From T Where id = 99").eof());
 }
 
-TEST(SqliteConnection, RefusedStatementsCarryJetTextTranslationAndMessage) {
-  TempFolder folder;
-  db::SqliteConnection conn;
-  ASSERT_TRUE(conn.open(folder.database("a.db", "CREATE TABLE T (id INTEGER PRIMARY KEY);")));
+TEST_F(SqliteTest, RefusedStatementsCarryJetTextTranslationAndMessage) {
+  open("CREATE TABLE T (id INTEGER PRIMARY KEY);");
   try {
     conn.execute("Select id From NoExiste");
     FAIL() << "no error";
@@ -152,12 +136,8 @@ TEST(SqliteConnection, RefusedStatementsCarryJetTextTranslationAndMessage) {
     EXPECT_NE(e.message().find("NoExiste"), std::string::npos);
   }
   conn.execute("Insert Into T (id) Values (1)");
-  try {
-    conn.execute("Insert Into T (id) Values (1)");
-    FAIL() << "no error";
-  } catch (const db::Error& e) {
-    EXPECT_NE(e.message().find("UNIQUE"), std::string::npos);
-  }
+  EXPECT_NE(error_of([&] { conn.execute("Insert Into T (id) Values (1)"); }).find("UNIQUE"),
+            std::string::npos);
   try {
     conn.open_recordset("Selec id Fro T");
     FAIL() << "no error";
@@ -168,26 +148,17 @@ TEST(SqliteConnection, RefusedStatementsCarryJetTextTranslationAndMessage) {
   }
   // A misspelt double-quoted name is an error, not the text "Nada".
   EXPECT_THROW(conn.execute_native("SELECT \"Nada\" FROM T"), db::Error);
-  // The connection keeps working after refused statements.
-  EXPECT_EQ(conn.open_recordset("Select id From T").row_count(), 1u);
-}
-
-TEST(SqliteConnection, NativeSchemaChangesAreSeenByLaterStatements) {
-  TempFolder folder;
-  db::SqliteConnection conn;
-  ASSERT_TRUE(conn.open(folder.database("a.db", "CREATE TABLE T (a INTEGER);")));
-  EXPECT_EQ(conn.open_recordset("Select * From T").names(), std::vector<std::string>{"a"});
-  conn.execute_native("ALTER TABLE T ADD COLUMN b TEXT; INSERT INTO T VALUES (1, 'x');");
-  db::Recordset rs = conn.open_recordset("Select * From T");
-  EXPECT_EQ(rs.names(), (std::vector<std::string>{"a", "b"}));
-  EXPECT_EQ(rs.row_count(), 1u);
   EXPECT_THROW(conn.execute_native("CREATE TABLE"), db::Error);
+  // The connection keeps working after refused statements, and sees native
+  // schema changes.
+  conn.execute_native("ALTER TABLE T ADD COLUMN b TEXT;");
+  db::Recordset rs = conn.open_recordset("Select * From T");
+  EXPECT_EQ(rs.names(), (std::vector<std::string>{"id", "b"}));
+  EXPECT_EQ(rs.row_count(), 1u);
 }
 
-TEST(SqliteConnection, TransactionsCommitAndRollBack) {
-  TempFolder folder;
-  db::SqliteConnection conn;
-  ASSERT_TRUE(conn.open(folder.database("a.db", "CREATE TABLE T (id INTEGER PRIMARY KEY);")));
+TEST_F(SqliteTest, TransactionsCommitAndRollBack) {
+  open("CREATE TABLE T (id INTEGER PRIMARY KEY);");
   conn.begin_transaction();
   EXPECT_THROW(conn.begin_transaction(), db::Error);
   conn.execute("Insert Into T (id) Values (1)");
@@ -203,7 +174,7 @@ TEST(SqliteConnection, TransactionsCommitAndRollBack) {
 
   // What a second connection sees: committed rows only.
   db::SqliteConnection other;
-  ASSERT_TRUE(other.open(folder.file("a.db")));
+  ASSERT_TRUE(other.open(folder.file("main.db")));
   conn.begin_transaction();
   conn.execute("Insert Into T (id) Values (3)");
   EXPECT_EQ(other.open_recordset("Select id From T").row_count(), 1u);

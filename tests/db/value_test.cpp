@@ -8,41 +8,22 @@
 
 namespace {
 
-TEST(Value, TextIsWrittenAsCStrWritesIt) {
+// The number texts and readings are Jet's own (tests/jet); these check that
+// values reach them and what is particular to values: Null, the console text
+// and integers beyond a double's precision.
+TEST(Value, TextsNumbersAndIntegers) {
   EXPECT_EQ(db::as_text(db::Value{}), "");
   EXPECT_EQ(db::as_text(db::Value{std::int64_t{-42}}), "-42");
-  EXPECT_EQ(db::as_text(db::Value{3.0}), "3");
-  EXPECT_EQ(db::as_text(db::Value{-2.5}), "-2.5");
-  EXPECT_EQ(db::as_text(db::Value{0.1}), "0.1");
-  EXPECT_EQ(db::as_text(db::Value{1500.05}), "1500.05");
-  EXPECT_EQ(db::as_text(db::Value{123456789012.0}), "123456789012");
-  EXPECT_EQ(db::as_text(db::Value{1e20}), "1E+20");
   EXPECT_EQ(db::as_text(db::Value{1.5e-7}), "1.5E-07");
-  EXPECT_EQ(db::as_text(db::Value{0.0}), "0");
   EXPECT_EQ(db::as_text(db::Value{std::string("2024-02-29")}), "2024-02-29");
   EXPECT_EQ(db::console_text(db::Value{}), "NULL");
   EXPECT_EQ(db::console_text(db::Value{std::string()}), "");
   EXPECT_EQ(db::console_text(db::Value{2.0}), "2");
-}
-
-TEST(Value, NumbersAreReadFromTextsLikeVal) {
   EXPECT_EQ(db::as_double(db::Value{std::string("1 2 3")}), 123);
-  EXPECT_EQ(db::as_double(db::Value{std::string(" 12abc")}), 12);
-  EXPECT_EQ(db::as_double(db::Value{std::string("1.5e2")}), 150);
-  EXPECT_EQ(db::as_double(db::Value{std::string("-3.5x")}), -3.5);
-  EXPECT_EQ(db::as_double(db::Value{std::string("2e")}), 2);
   EXPECT_EQ(db::as_double(db::Value{std::string("&H1F")}), 31);
-  EXPECT_EQ(db::as_double(db::Value{std::string("&O17")}), 15);
-  EXPECT_EQ(db::as_double(db::Value{std::string("")}), 0);
   EXPECT_EQ(db::as_double(db::Value{std::string("abc")}), 0);
-  EXPECT_EQ(db::as_double(db::Value{std::string(".5")}), 0.5);
   EXPECT_EQ(db::as_double(db::Value{}), 0);
-  EXPECT_EQ(db::as_double(db::Value{std::int64_t{7}}), 7);
-}
-
-TEST(Value, IntegersRoundHalfToEven) {
   EXPECT_EQ(db::as_int(db::Value{2.5}), 2);
-  EXPECT_EQ(db::as_int(db::Value{3.5}), 4);
   EXPECT_EQ(db::as_int(db::Value{-2.5}), -2);
   EXPECT_EQ(db::as_int(db::Value{std::string("7.5")}), 8);
   EXPECT_EQ(db::as_int(db::Value{std::int64_t{9007199254740993}}), 9007199254740993);

@@ -99,10 +99,15 @@ TEST(JetDate, SqlLiteralsAreReadMonthFirst) {
   EXPECT_EQ(jet_date_literal_to_iso("03/25/2080"), "2080-03-25");
   EXPECT_EQ(jet_date_literal_to_iso("01/01/1900"), "1900-01-01");
   EXPECT_EQ(jet_date_literal_to_iso("2024-02-29"), "2024-02-29");
-  EXPECT_EQ(jet_date_literal_to_iso(" 13/01/2024 "), "2024-01-13");  // swapped as Jet does
-  EXPECT_FALSE(jet_date_literal_to_iso("02/30/2024"));
-  EXPECT_FALSE(jet_date_literal_to_iso("hoy"));
-  EXPECT_FALSE(jet_date_literal_to_iso(""));
+  EXPECT_EQ(jet_date_literal_to_iso("12/31/2023 12:30:15 AM"), "2023-12-31 00:30:15");
+  EXPECT_EQ(jet_date_literal_to_iso("12/31/2023 12:30 pm"), "2023-12-31 12:30:00");
+  // Impossible month first, so read day first; two-digit years are 1930-2029.
+  EXPECT_EQ(jet_date_literal_to_iso(" 13/01/2024 "), "2024-01-13");
+  EXPECT_EQ(jet_date_literal_to_iso("01/02/23"), "2023-01-02");
+  for (const char* bad : {"02/30/2024", "02/29/2023", "01/32/2023", "01/02/2023 24:00",
+                          "01/02/2023 13:00 PM", "hoy", ""}) {
+    EXPECT_FALSE(jet_date_literal_to_iso(bad)) << bad;
+  }
 }
 
 TEST(JetDate, IsoAndDisplayTexts) {

@@ -1,6 +1,9 @@
-// tests/db/temp_folder.h — a fresh folder under the system's temporary folder,
-// removed with everything in it when the test is done.
+// tests/db/db_fixture.h — what the database tests share: a fresh folder under
+// the system's temporary folder, removed with everything in it when the test
+// is done, and a fixture with such a folder and a SQLite connection.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
@@ -9,6 +12,9 @@
 #include <string>
 
 #include <sqlite3.h>
+
+#include "db/error.h"
+#include "db/sqlite_connection.h"
 
 namespace testing_db {
 
@@ -53,6 +59,28 @@ class TempFolder {
 
  private:
   std::filesystem::path path_;
+};
+
+// A test with its own folder and a connection to open in it.
+class SqliteTest : public testing::Test {
+ protected:
+  // Creates `name` in the folder, runs native `sql` on it and opens it.
+  void open(const std::string& sql = "", const std::string& name = "main.db") {
+    ASSERT_TRUE(conn.open(folder.database(name, sql))) << conn.last_error();
+  }
+  // The message of the db::Error that `f` throws, or "<sin error>".
+  template <typename F>
+  static std::string error_of(F f) {
+    try {
+      f();
+    } catch (const db::Error& e) {
+      return e.message();
+    }
+    return "<sin error>";
+  }
+
+  TempFolder folder;
+  db::SqliteConnection conn;
 };
 
 }  // namespace testing_db

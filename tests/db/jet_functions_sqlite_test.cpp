@@ -1,6 +1,6 @@
 // tests/db/jet_functions_sqlite_test.cpp — the jet_* SQLite functions called
-// from native SQL: what the golden files cannot see. Every arity the
-// translator may emit is registered, determinism, the SQLite type of results,
+// from native SQL: what the golden files cannot see (expr_function_names.test
+// calls every function with every arity): determinism, the SQLite type of results,
 // the fast paths for SQLite texts and numbers, and errors as SQLite errors.
 // The values of the functions are checked in tests/jet and the golden files.
 #include <gtest/gtest.h>
@@ -9,7 +9,6 @@
 
 #include <string>
 
-#include "db/jet/emitter_functions.h"
 #include "db/jet/functions.h"
 #include "db/jet_functions_sqlite.h"
 
@@ -49,25 +48,6 @@ class JetSqlite : public ::testing::Test {
 
   sqlite3* db_ = nullptr;
 };
-
-TEST_F(JetSqlite, EveryFunctionTheTranslatorEmitsIsRegisteredWithItsArities) {
-  for (const char* name : {"Nz", "Val", "CDate", "CStr", "CBool", "CInt", "CLng", "CDbl", "Format", "InStr", "Left",
-                           "Right", "Mid", "Len", "Trim", "LTrim", "RTrim", "UCase", "LCase", "Round", "Abs", "Int",
-                           "Fix", "Sgn", "Date", "Now", "Year", "Month", "Day", "DateSerial", "DateAdd",
-                           "DateDiff"}) {
-    const db::jet::FunctionInfo* info = db::jet::FindFunction(name);
-    ASSERT_NE(info, nullptr) << name;
-    ASSERT_EQ(info->kind, db::jet::FunctionKind::kUdf) << name;
-    for (int n = info->min_args; n <= info->max_args; ++n) {
-      std::string sql = "SELECT " + std::string(info->sqlite_name) + "(";
-      for (int i = 0; i < n; ++i) sql += i == 0 ? "NULL" : ", NULL";
-      sql += ")";
-      sqlite3_stmt* stmt = nullptr;
-      EXPECT_EQ(sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr), SQLITE_OK) << sql << ": " << sqlite3_errmsg(db_);
-      sqlite3_finalize(stmt);
-    }
-  }
-}
 
 TEST_F(JetSqlite, DeterminismAllowsIndexesButNotForTheClock) {
   exec("CREATE TABLE P (Numero TEXT)");

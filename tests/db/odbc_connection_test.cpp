@@ -84,7 +84,7 @@ TEST_F(OdbcConnectionTest, ReadsRowsWithTypedValues) {
   EXPECT_EQ(std::get<std::string>(rs.field("Notas")), "");
 }
 
-TEST_F(OdbcConnectionTest, RunsStatementsUntranslatedAndCountsRows) {
+TEST_F(OdbcConnectionTest, RunsStatementsUntranslatedCountsRowsAndKeepsTransactions) {
   db::OdbcConnection conn;
   ASSERT_TRUE(conn.open("kel_prueba")) << conn.last_error();  // a bare name is a DSN
   std::string long_text(10000, 'x');
@@ -106,44 +106,45 @@ TEST_F(OdbcConnectionTest, RunsStatementsUntranslatedAndCountsRows) {
     EXPECT_TRUE(e.translated_text().empty());
   }
   EXPECT_EQ(conn.open_recordset("SELECT id FROM Personas").row_count(), 3u);
-}
 
-TEST_F(OdbcConnectionTest, TransactionsCommitAndRollBack) {
-  db::OdbcConnection conn;
-  ASSERT_TRUE(conn.open("DSN=kel_prueba;")) << conn.last_error();
   conn.begin_transaction();
   EXPECT_THROW(conn.begin_transaction(), db::Error);
   conn.execute("DELETE FROM Personas");
   conn.rollback_transaction();
-  EXPECT_EQ(conn.open_recordset("SELECT id FROM Personas").row_count(), 2u);
+  EXPECT_EQ(conn.open_recordset("SELECT id FROM Personas").row_count(), 3u);
   conn.begin_transaction();
-  conn.execute("DELETE FROM Personas WHERE id = 2");
+  conn.execute("DELETE FROM Personas WHERE id = 3");
   conn.commit_transaction();
   EXPECT_THROW(conn.commit_transaction(), db::Error);
   conn.close();
-  ASSERT_TRUE(conn.open("DSN=kel_prueba;"));
-  EXPECT_EQ(conn.open_recordset("SELECT id FROM Personas").row_count(), 1u);
+  ASSERT_TRUE(conn.open("kel_prueba"));
+  EXPECT_EQ(conn.open_recordset("SELECT id FROM Personas").row_count(), 2u);
 }
 
-TEST_F(OdbcConnectionTest, FailedOpenLeavesItClosedWithTheDriverMessage) {
+TEST_F(OdbcConnectionTest, FailedOpensLeaveItClosedWithTheDriverMessage) {
+  // The connection text, and the name the message shows for the data source.
+  const std::pair<std::string, std::string> cases[] = {
+      {"DSN=no_existe;", "no_existe"},
+      {"no_existe", "no_existe"},  // a bare name is a DSN
+      {folder_.file("falta.dsn"), folder_.file("falta.dsn")},
+      {"Driver=NoHayDriver;Database=x.db;", "Driver=NoHayDriver;Database=x.db;"},
+  };
   db::OdbcConnection conn;
-  EXPECT_FALSE(conn.open("DSN=no_existe;"));
-  EXPECT_EQ(conn.state(), 0);
-  EXPECT_NE(conn.last_error().find("No se pudo conectar con el origen de datos no_existe"),
-            std::string::npos)
-      << conn.last_error();
-  EXPECT_THROW(conn.execute("SELECT 1"), db::Error);
-  // A good open after a failed one works, and reopening replaces the session.
-  ASSERT_TRUE(conn.open("DSN=kel_prueba;"));
+  for (const auto& [text, shown] : cases) {
+    SCOPED_TRACE(text);
+    ASSERT_TRUE(conn.open("DSN=kel_prueba;")) << conn.last_error();
+    EXPECT_FALSE(conn.open(text));
+    EXPECT_EQ(conn.state(), 0);
+    EXPECT_EQ(conn.last_error().rfind("No se pudo conectar con el origen de datos " + shown + ": ", 0), 0u)
+        << conn.last_error();
+    EXPECT_THROW(conn.execute("SELECT 1"), db::Error);
+  }
+  // A driver connection text works as well, and reopening replaces the session.
   ASSERT_TRUE(conn.open("Driver=SQLite3;Database=" + database_ + ";"));
   EXPECT_EQ(conn.state(), 1);
   EXPECT_TRUE(conn.last_error().empty());
   EXPECT_FALSE(conn.data_source_name().empty());
 }
-
-}  // namespace
-
-namespace {
 
 TEST_F(OdbcConnectionTest, ListsMachineDataSourcesAndTheFileDsnFolder) {
   // The user's own data source (kel_prueba) is not a machine one.

@@ -68,50 +68,51 @@ TEST(ConditionParser, ReportsBadTextsInSpanish) {
   EXPECT_NE(ParseCondition("XYZ(a)").error.find("desconocida"), std::string::npos);
 }
 
-TEST(ConditionMatch, NameTests) {
-  EXPECT_TRUE(Matches("NOM(a.csv;b*.txt)", "B2024.TXT"));
-  EXPECT_TRUE(Matches("NOM(a.csv;b*.txt)", "a.csv"));
-  EXPECT_FALSE(Matches("NOM(a.csv;b*.txt)", "c.txt"));
-  EXPECT_FALSE(Matches("NOM(A.CSV)/", "a.csv"));  // "/" compares case exactly
-  EXPECT_TRUE(Matches("NOM(a.csv)-", "b.csv"));
-  EXPECT_TRUE(Matches("emp?.txt", "EMP1.txt"));   // a leaf without "(" is a name pattern
-  EXPECT_TRUE(Matches("=( Emp.txt )", "emp.TXT"));
-  EXPECT_TRUE(Matches("IN(2024)", "liq2024.txt"));
-  EXPECT_TRUE(Matches("L>(4)", "abcde"));
-  EXPECT_FALSE(Matches("L>(5)", "abcde"));
-  EXPECT_TRUE(Matches("L<(6)", "abcde"));
-  EXPECT_TRUE(Matches("L<>(4)", "abcde"));
-  EXPECT_TRUE(Matches("L(5)", "añoxx"));  // characters, not bytes
-  EXPECT_TRUE(Matches("", "cualquiera"));
-  EXPECT_TRUE(Matches("PASS=x;", "cualquiera"));
-}
-
-TEST(ConditionMatch, ContentTests) {
+TEST(ConditionMatch, NameContentsPrecedenceAndNegation) {
   const std::string csv = "Legajo;Nombre;Ingreso\r\n1;Ana;01/02/2020\r\n";
-  EXPECT_TRUE(Matches("FL(nombre)", "e.csv", csv));
-  EXPECT_FALSE(Matches("FL(Ana)", "e.csv", csv));       // only the first line
-  EXPECT_TRUE(Matches("DINT(Ana)", "e.csv", csv));      // the whole contents
-  EXPECT_FALSE(Matches("FL(nombre)/", "e.csv", csv));   // exact case
-  EXPECT_TRUE(Matches("FL(=legajo;nombre;ingreso)", "e.csv", csv));
-  EXPECT_TRUE(Matches("FL(=( LEGAJO;NOMBRE;INGRESO ))", "e.csv", csv));
-  EXPECT_FALSE(Matches("FL(=Legajo)", "e.csv", csv));
-  EXPECT_TRUE(Matches("FL(L(21))", "e.csv", csv));
-  EXPECT_TRUE(Matches("FL(IN(;Nombre;))", "e.csv", csv));
-  EXPECT_TRUE(Matches("DINT(L>(30))", "e.csv", csv));
-  EXPECT_FALSE(Matches("FL(x)", "e.csv", ""));
-}
-
-TEST(ConditionMatch, PrecedenceAndNegationCombine) {
   // "a file whose name is one of these and whose first line contains that"
   const std::string cond = "NOM(emp*.txt;per*.csv)*FL(Legajo)+NOM(todo.txt)";
-  EXPECT_TRUE(Matches(cond, "emp1.txt", "Legajo;Nombre"));
-  EXPECT_FALSE(Matches(cond, "emp1.txt", "Codigo;Nombre"));
-  EXPECT_FALSE(Matches(cond, "otro.txt", "Legajo;Nombre"));
-  EXPECT_TRUE(Matches(cond, "todo.txt", ""));  // the OR side alone
   const std::string grouped = "NOM(*.txt)*(FL(Legajo)+FL(Ficha))-";
-  EXPECT_TRUE(Matches(grouped, "a.txt", "Otra cosa"));
-  EXPECT_FALSE(Matches(grouped, "a.txt", "Ficha;x"));
-  EXPECT_FALSE(Matches(grouped, "a.csv", "Otra cosa"));
+  struct Case {
+    std::string cond, name, contents;
+    bool expected;
+  };
+  const std::vector<Case> cases = {
+      {"NOM(a.csv;b*.txt)", "B2024.TXT", "", true},
+      {"NOM(a.csv;b*.txt)", "a.csv", "", true},
+      {"NOM(a.csv;b*.txt)", "c.txt", "", false},
+      {"NOM(A.CSV)/", "a.csv", "", false},  // "/" compares case exactly
+      {"NOM(a.csv)-", "b.csv", "", true},
+      {"emp?.txt", "EMP1.txt", "", true},  // a leaf without "(" is a name pattern
+      {"=( Emp.txt )", "emp.TXT", "", true},
+      {"IN(2024)", "liq2024.txt", "", true},
+      {"L>(4)", "abcde", "", true},
+      {"L>(5)", "abcde", "", false},
+      {"L<(6)", "abcde", "", true},
+      {"L<>(4)", "abcde", "", true},
+      {"L(5)", "añoxx", "", true},  // characters, not bytes
+      {"", "cualquiera", "", true},
+      {"PASS=x;", "cualquiera", "", true},
+      {"FL(nombre)", "e.csv", csv, true},
+      {"FL(Ana)", "e.csv", csv, false},  // only the first line
+      {"DINT(Ana)", "e.csv", csv, true},  // the whole contents
+      {"FL(nombre)/", "e.csv", csv, false},
+      {"FL(=legajo;nombre;ingreso)", "e.csv", csv, true},
+      {"FL(=( LEGAJO;NOMBRE;INGRESO ))", "e.csv", csv, true},
+      {"FL(=Legajo)", "e.csv", csv, false},
+      {"FL(L(21))", "e.csv", csv, true},
+      {"FL(IN(;Nombre;))", "e.csv", csv, true},
+      {"DINT(L>(30))", "e.csv", csv, true},
+      {"FL(x)", "e.csv", "", false},
+      {cond, "emp1.txt", "Legajo;Nombre", true},
+      {cond, "emp1.txt", "Codigo;Nombre", false},
+      {cond, "otro.txt", "Legajo;Nombre", false},
+      {cond, "todo.txt", "", true},  // the OR side alone
+      {grouped, "a.txt", "Otra cosa", true},
+      {grouped, "a.txt", "Ficha;x", false},
+      {grouped, "a.csv", "Otra cosa", false},
+  };
+  for (const Case& c : cases) EXPECT_EQ(Matches(c.cond, c.name, c.contents), c.expected) << c.cond << " / " << c.name;
 }
 
 TEST(ConditionMatch, KnowsWhenContentsAreNeeded) {

@@ -2,6 +2,7 @@
 // and fields, and converting typed fields.
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -140,56 +141,45 @@ TEST(InterchangeDecode, DetectsAndForcesEncodings) {
   EXPECT_EQ(bytes, "A;B");
 }
 
-TEST(InterchangeConvert, TypedFieldsAndBadValues) {
+// A converted field as text: "!" when refused, "null", "i:<n>", "r:<x>" or "t:<text>".
+std::string Convert(const std::string& field, const DataColumn& column, char decimal = '.', bool quoted = false) {
   FieldValue v;
-  const DataColumn integer = Col("N", ColumnType::Integer);
-  EXPECT_TRUE(ConvertField(" -42 ", integer, '.', v));
-  EXPECT_EQ(v.kind, FieldValue::Kind::Integer);
-  EXPECT_EQ(v.integer, -42);
-  EXPECT_TRUE(ConvertField("+7", integer, '.', v));
-  EXPECT_EQ(v.integer, 7);
-  EXPECT_TRUE(ConvertField("12.00", integer, '.', v));  // spreadsheets write whole numbers so
-  EXPECT_EQ(v.integer, 12);
-  EXPECT_FALSE(ConvertField("12.5", integer, '.', v));
-  EXPECT_EQ(v.kind, FieldValue::Kind::Null);
-  EXPECT_FALSE(ConvertField("12a", integer, '.', v));
-  EXPECT_FALSE(ConvertField("99999999999999999999", integer, '.', v));
-  EXPECT_TRUE(ConvertField("", integer, '.', v));
-  EXPECT_EQ(v.kind, FieldValue::Kind::Null);
+  if (!ConvertField(field, column, decimal, v, quoted)) return v.kind == FieldValue::Kind::Null ? "!" : "!not null";
+  switch (v.kind) {
+    case FieldValue::Kind::Integer: return "i:" + std::to_string(v.integer);
+    case FieldValue::Kind::Real: { std::ostringstream s; s << v.real; return "r:" + s.str(); }
+    case FieldValue::Kind::Text: return "t:" + std::string(v.text);
+    default: return "null";
+  }
+}
 
-  const DataColumn real = Col("R", ColumnType::Real);
-  EXPECT_TRUE(ConvertField("1234.56", real, '.', v));
-  EXPECT_DOUBLE_EQ(v.real, 1234.56);
-  EXPECT_TRUE(ConvertField("-0,5", real, ',', v));
-  EXPECT_DOUBLE_EQ(v.real, -0.5);
-  EXPECT_FALSE(ConvertField("1.234,5", real, ',', v));  // group separators are not guessed
-  EXPECT_FALSE(ConvertField("1,5", real, '.', v));
-  EXPECT_FALSE(ConvertField("nan", real, '.', v));
-  EXPECT_TRUE(ConvertField("1e+05", real, '.', v));  // as some exports write large numbers
-  EXPECT_DOUBLE_EQ(v.real, 100000);
-  EXPECT_FALSE(ConvertField("1e", real, '.', v));
-  EXPECT_FALSE(ConvertField("e5", real, '.', v));
-  EXPECT_FALSE(ConvertField("inf", real, '.', v));
-
-  const DataColumn date = Col("F", ColumnType::Date, 0, "dd/MM/yyyy");
-  EXPECT_TRUE(ConvertField("29/02/2024", date, '.', v));
-  EXPECT_EQ(v.kind, FieldValue::Kind::Text);
-  EXPECT_EQ(std::string(v.text), "2024-02-29");
-  EXPECT_FALSE(ConvertField("29/02/2023", date, '.', v));
-  EXPECT_FALSE(ConvertField("2023-02-01", date, '.', v));
-  const DataColumn iso = Col("F", ColumnType::Date, 0, "yyyy-MM-dd");
-  EXPECT_TRUE(ConvertField("2023-02-01", iso, '.', v));
-  EXPECT_EQ(std::string(v.text), "2023-02-01");
-
-  // Text is kept exactly, blanks included; only an empty field is Null.
+TEST(InterchangeConvert, TypedFieldsAndBadValues) {
+  const DataColumn integer = Col("N", ColumnType::Integer), real = Col("R", ColumnType::Real);
+  const DataColumn date = Col("F", ColumnType::Date, 0, "dd/MM/yyyy"), iso = Col("F", ColumnType::Date, 0, "yyyy-MM-dd");
   const DataColumn text = Col("T", ColumnType::Text);
-  EXPECT_TRUE(ConvertField(" a ", text, '.', v));
-  EXPECT_EQ(std::string(v.text), " a ");
-  EXPECT_TRUE(ConvertField("", text, '.', v));
-  EXPECT_EQ(v.kind, FieldValue::Kind::Null);
-  // "" (quoted) is an empty text; for other types it is still no value.
-  EXPECT_TRUE(ConvertField("", text, '.', v, /*quoted=*/true));
-  EXPECT_EQ(v.kind, FieldValue::Kind::Text);
-  EXPECT_TRUE(ConvertField("", integer, '.', v, /*quoted=*/true));
-  EXPECT_EQ(v.kind, FieldValue::Kind::Null);
+  struct Case {
+    std::string field;
+    const DataColumn& column;
+    char decimal;
+    bool quoted;
+    std::string expected;
+  };
+  const std::vector<Case> cases = {
+      {" -42 ", integer, '.', false, "i:-42"}, {"+7", integer, '.', false, "i:7"},
+      {"12.00", integer, '.', false, "i:12"},  // spreadsheets write whole numbers so
+      {"12.5", integer, '.', false, "!"}, {"12a", integer, '.', false, "!"},
+      {"99999999999999999999", integer, '.', false, "!"}, {"", integer, '.', false, "null"},
+      {"1234.56", real, '.', false, "r:1234.56"}, {"-0,5", real, ',', false, "r:-0.5"},
+      {"1.234,5", real, ',', false, "!"},  // group separators are not guessed
+      {"1,5", real, '.', false, "!"}, {"nan", real, '.', false, "!"}, {"inf", real, '.', false, "!"},
+      {"1e+05", real, '.', false, "r:100000"},  // as some exports write large numbers
+      {"1e", real, '.', false, "!"}, {"e5", real, '.', false, "!"},
+      {"29/02/2024", date, '.', false, "t:2024-02-29"}, {"29/02/2023", date, '.', false, "!"},
+      {"2023-02-01", date, '.', false, "!"}, {"2023-02-01", iso, '.', false, "t:2023-02-01"},
+      // Text is kept exactly, blanks included; only an empty field is Null.
+      {" a ", text, '.', false, "t: a "}, {"", text, '.', false, "null"},
+      // "" (quoted) is an empty text; for other types it is still no value.
+      {"", text, '.', true, "t:"}, {"", integer, '.', true, "null"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(Convert(c.field, c.column, c.decimal, c.quoted), c.expected) << c.field;
 }

@@ -4,7 +4,7 @@
 #include "settings/data_layout.h"
 #include "staging/interchange_table.h"
 #include "staging_db.h"
-#include "temp_dir.h"
+#include "support/temp_dir.h"
 
 using settings::ParseDataFileLayout;
 using staging::LoadDataFile;
@@ -16,12 +16,6 @@ settings::DataFileLayout Layout(const std::vector<std::string>& lines) {
   auto layout = ParseDataFileLayout(lines, &error);
   EXPECT_TRUE(layout) << error;
   return layout ? *layout : settings::DataFileLayout{};
-}
-
-bool Contains(const std::vector<std::string>& warnings, const std::string& piece) {
-  for (const auto& w : warnings)
-    if (w.find(piece) != std::string::npos) return true;
-  return false;
 }
 
 class InterchangeTable : public ::testing::Test {

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "db/sqlite_connection.h"
 #include "db/value.h"
@@ -46,6 +47,13 @@ inline std::string QueryText(db::SqliteConnection& connection, const std::string
   }
   sqlite3_finalize(stmt);
   return out;
+}
+
+// True when one of the warnings contains `piece`.
+inline bool Contains(const std::vector<std::string>& warnings, const std::string& piece) {
+  for (const auto& w : warnings)
+    if (w.find(piece) != std::string::npos) return true;
+  return false;
 }
 
 inline long long QueryCount(db::SqliteConnection& connection, const std::string& table) {

@@ -10,19 +10,13 @@
 #include "staging/condition.h"
 #include "staging/staging_load.h"
 #include "staging_db.h"
-#include "temp_dir.h"
+#include "support/temp_dir.h"
 
 using staging::CargarDatos;
 using staging::ClaArchBD;
 using staging::StagingLoad;
 
 namespace {
-
-bool Contains(const std::vector<std::string>& warnings, const std::string& piece) {
-  for (const auto& w : warnings)
-    if (w.find(piece) != std::string::npos) return true;
-  return false;
-}
 
 class CargarDatosTest : public ::testing::Test {
  protected:

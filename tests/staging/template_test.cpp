@@ -18,38 +18,35 @@ TemplateValues Values() {
 
 }  // namespace
 
-TEST(Template, FixedPlaceholders) {
-  TemplateValues v = Values();
-  EXPECT_EQ(ExpandTemplate("Select * From [Tabla] in '[BDOrigen]'", {}, v),
-            "Select * From [Tabla] in 'D:\\Datos\\Sueldos.mdb'");
-  EXPECT_EQ(ExpandTemplate("[pass]|[bdorigen]|[AROrigen]|[BDDESTINO]", {}, v),
-            "clave|D:\\Datos\\Sueldos.mdb|D:\\Datos\\Sueldos.mdb|/emp/E001/Empresa.mdb");
-  EXPECT_EQ(ExpandTemplate("[BPS1],[BPS2],[BPS5],[BPS7],[BPS8],[Habe],[Desc],[bps1]", {}, v),
-            "17,13,45,12,71,53,-4,17");
-  EXPECT_EQ(ExpandTemplate("In ([ConcCrear])", {}, v), "In (-1)");
-  v.conc_crear = "Si";
-  EXPECT_EQ(ExpandTemplate("[ConcCrear]", {}, v), "Si");
-  v.password.clear();
-  EXPECT_EQ(ExpandTemplate("pwd='[PASS]'", {}, v), "pwd=''");
-  EXPECT_EQ(ExpandTemplate("", {}, v), "");
-}
-
-TEST(Template, DateBounds) {
-  TemplateValues v = Values();
-  EXPECT_EQ(ExpandTemplate("Where Fecha Between [Desde] and [Hasta]", {}, v),
-            "Where Fecha Between #01/01/1900# and #03/25/2080#");
-  v.hasta = {2024, 2, true};
-  EXPECT_EQ(ExpandTemplate("[Hasta]", {}, v), "#02/29/2024#");
-  v.hasta = {2023, 2, true};
-  EXPECT_EQ(ExpandTemplate("[Hasta]", {}, v), "#02/28/2023#");
-  v.hasta = {1900, 2, true};
-  EXPECT_EQ(ExpandTemplate("[Hasta]", {}, v), "#02/28/1900#");
-  v.hasta = {2024, 12, true};
-  EXPECT_EQ(ExpandTemplate("[hasta]", {}, v), "#12/31/2024#");
-  v.desde = {2023, 7, true};
-  EXPECT_EQ(ExpandTemplate("[Desde]", {}, v), "#07/01/2023#");
-  v.desde.checked = false;
-  EXPECT_EQ(ExpandTemplate("[DESDE]", {}, v), "#01/01/1900#");
+TEST(Template, FixedPlaceholdersAndDateBounds) {
+  struct Case {
+    void (*change)(TemplateValues&);
+    const char* text;
+    const char* expected;
+  };
+  const std::vector<Case> cases = {
+      {nullptr, "From [Tabla] in '[BDOrigen]'", "From [Tabla] in 'D:\\Datos\\Sueldos.mdb'"},
+      {nullptr, "[pass]|[bdorigen]|[AROrigen]|[BDDESTINO]",
+       "clave|D:\\Datos\\Sueldos.mdb|D:\\Datos\\Sueldos.mdb|/emp/E001/Empresa.mdb"},
+      {nullptr, "[BPS1],[BPS2],[BPS5],[BPS7],[BPS8],[Habe],[Desc],[bps1]", "17,13,45,12,71,53,-4,17"},
+      {nullptr, "In ([ConcCrear])", "In (-1)"},
+      {[](TemplateValues& v) { v.conc_crear = "Si"; }, "[ConcCrear]", "Si"},
+      {[](TemplateValues& v) { v.password.clear(); }, "pwd='[PASS]'", "pwd=''"},
+      {nullptr, "", ""},
+      {nullptr, "Between [Desde] and [Hasta]", "Between #01/01/1900# and #03/25/2080#"},
+      {[](TemplateValues& v) { v.hasta = {2024, 2, true}; }, "[Hasta]", "#02/29/2024#"},
+      {[](TemplateValues& v) { v.hasta = {2023, 2, true}; }, "[Hasta]", "#02/28/2023#"},
+      {[](TemplateValues& v) { v.hasta = {1900, 2, true}; }, "[Hasta]", "#02/28/1900#"},
+      {[](TemplateValues& v) { v.hasta = {2024, 12, true}; }, "[hasta]", "#12/31/2024#"},
+      {[](TemplateValues& v) { v.desde = {2023, 7, true}; }, "[Desde]", "#07/01/2023#"},
+      {[](TemplateValues& v) { v.desde = {2023, 7, false}; }, "[DESDE]", "#01/01/1900#"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    TemplateValues v = Values();
+    if (c.change) c.change(v);
+    EXPECT_EQ(ExpandTemplate(c.text, {}, v), c.expected);
+  }
 }
 
 TEST(Template, PairsRunFirstInOrderWithTrimmedCampo) {
@@ -60,15 +57,11 @@ TEST(Template, PairsRunFirstInOrderWithTrimmedCampo) {
       {"[dos]", "2"},                  // pairs see the result of earlier pairs
       {"   ", "nunca"},                // an empty Campo replaces nothing
   };
-  EXPECT_EQ(ExpandTemplate("From [EMPRESA] Where x=[Uno]", pairs, v),
-            "From D:\\Datos\\Sueldos.mdb Where x=2");
+  EXPECT_EQ(ExpandTemplate("From [EMPRESA] Where x=[Uno]", pairs, v), "From D:\\Datos\\Sueldos.mdb Where x=2");
   // A pair whose Valor empties the text stops the later pairs; the placeholders still run.
   EXPECT_EQ(ExpandTemplate("[Todo]", {{"[Todo]", ""}, {"", "x"}}, v), "");
   EXPECT_EQ(ExpandTemplate("", pairs, v), "");
-}
-
-TEST(Template, ShortRelationTableIsAnError) {
-  TemplateValues v = Values();
+  // A relation table shorter than the seven ids is an error, even for an empty text.
   v.relation_ids.resize(6);
   EXPECT_THROW(ExpandTemplate("Select 1", {}, v), std::out_of_range);
   v.relation_ids.clear();

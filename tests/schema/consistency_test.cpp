@@ -2,8 +2,7 @@
 //
 // The transfer copies whole staged rows into the destination by name, so every
 // table present in both databases must have the same columns with the same
-// types, collations and keys. Also checks the saved queries' column lists that
-// other code depends on, and that no foreign key is declared.
+// types, collations and keys. Also checks that no foreign key is declared.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -118,40 +117,13 @@ TEST(SchemaConsistency, NoForeignKeysAndTheKeysTheTransferReliesOn) {
 }
 
 TEST(SchemaConsistency, SavedQueriesHaveTheColumnsTheirReadersUse) {
+  // The views' other columns are read by name in the views tests; these are read by position.
   TempDir dir;
-  Db kel(make_kel(dir.path()));
   Db staging(make_staging(dir.path()));
-  auto view_columns = [](Db& db, const std::string& view) {
-    std::vector<std::string> names;
-    for (const auto& row : db.rows("PRAGMA table_info(\"" + view + "\")")) names.push_back(row[1]);
-    return names;
-  };
-  EXPECT_EQ(view_columns(kel, "cLiqTotBPS"),
-            (std::vector<std::string>{"id_Encabezado", "TotCod1", "TotCod2", "TotCod5", "TotCod7", "TotCod8",
-                                      "TotCod41", "TotOtrosH", "TotApo", "TotLiq", "DTE", "DTP", "TotCod1AD",
-                                      "TotCod5AD", "TotOtrosHAD"}));
-  EXPECT_EQ(view_columns(kel, "CDetaLiq_DiasTrab"), (std::vector<std::string>{"id_Dato", "DTE", "DTP"}));
-  for (const char* view : {"Con_Planilla_BSE", "Con_Planilla_MTSS", "Con_Planilla_BPS"}) {
-    EXPECT_EQ(view_columns(kel, view), std::vector<std::string>{"idContrato"}) << view;
-  }
-  // The liquidation browser sorts grid column 5 as a date.
-  const auto hist = view_columns(staging, "CHistLiq");
+  const auto hist = columns_of(staging, "CHistLiq");  // the browser sorts grid column 5 as a date
   ASSERT_GT(hist.size(), 8u);
   EXPECT_EQ(hist[0], "id_Encabezado");
   EXPECT_EQ(hist[5], "strMesDeLiq");
-  for (const char* column : {"id_Persona", "id_Contrato", "Nombres", "DescTipoLiq", "MesDeLiq", "id_TipoLiq"}) {
-    EXPECT_NE(std::find(hist.begin(), hist.end(), column), hist.end()) << column;
-  }
-  const auto lines = view_columns(staging, "cLisLiquida");
-  for (const char* column : {"Codigo", "Nombre", "Cantidad", "Coeficiente", "Monto", "TipoDato", "TipoOperacion",
-                             "id_Concepto", "id_Encabezado"}) {
-    EXPECT_NE(std::find(lines.begin(), lines.end(), column), lines.end()) << column;
-  }
-  const auto contracts = view_columns(staging, "cLstCont");
-  for (const char* column : {"NUMERO_ALTERNATIVO", "Nombres", "Apellidos", "TipoRemDesc", "SueldoCobraX",
-                             "CarNombre", "SecNombre", "NUMERO", "FECHA_INICIO", "FECHA_FIN", "id_Persona"}) {
-    EXPECT_NE(std::find(contracts.begin(), contracts.end(), column), contracts.end()) << column;
-  }
 }
 
 }  // namespace

@@ -3,25 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <chrono>
-
 #include "schema/database_scripts.h"
 
 namespace schema_test {
-
-TempDir::TempDir() {
-  static std::atomic<int> counter{0};
-  const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-  path_ = std::filesystem::temp_directory_path() /
-          ("kel_schema_test_" + std::to_string(stamp) + "_" + std::to_string(counter++));
-  std::filesystem::create_directories(path_);
-}
-
-TempDir::~TempDir() {
-  std::error_code ec;
-  std::filesystem::remove_all(path_, ec);
-}
 
 std::filesystem::path script(const std::string& name) {
   return std::filesystem::path(KEL_SOURCE_DIR) / "schema" / name;

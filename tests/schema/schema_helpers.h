@@ -11,20 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "support/temp_dir.h"
+
 namespace schema_test {
-
-// A fresh temporary folder, removed with its contents at destruction.
-class TempDir {
- public:
-  TempDir();
-  ~TempDir();
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
 
 // Path of a script in the source tree's schema folder.
 std::filesystem::path script(const std::string& name);

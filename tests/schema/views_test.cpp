@@ -30,7 +30,9 @@ TEST(KelViews, LiquidationTotalsAddEachHeadersRelatedLines) {
       " (14, 1, 3, 22, 0), (15, 1, 20, 3, 0),"        // worked and paid days
       " (16, 1, 81, 0, 700), (17, 1, 82, 0, 50), (18, 1, 83, 0, 60),"  // additional part
       " (19, 3, 1, 30, 999), (20, 1, 17, 0, NULL)");
-  const Rows totals = kel.rows("SELECT * FROM cLiqTotBPS ORDER BY id_Encabezado");
+  const Rows totals = kel.rows(
+      "SELECT id_Encabezado, TotCod1, TotCod2, TotCod5, TotCod7, TotCod8, TotCod41, TotOtrosH, TotApo, TotLiq, DTE, "
+      "DTP, TotCod1AD, TotCod5AD, TotOtrosHAD FROM cLiqTotBPS ORDER BY id_Encabezado");
   ASSERT_EQ(totals.size(), 3u);
   EXPECT_EQ(totals[0], (std::vector<std::string>{"1", "20000.0", "10000.0", "150.0", "500.0", "300.0", "1200.0",
                                                  "1800.0", "3900.0", "20000.0", "22.0", "25.0", "700.0", "50.0",
@@ -49,7 +51,7 @@ TEST(KelViews, WorkedDaysComeFromTheLinesOfDayConcepts) {
       "INSERT INTO Datos_Liquidacion (id_Dato, id_Encabezado, id_Concepto, Cantidad, Monto) VALUES"
       " (1, 1, 3, 22, 0), (2, 1, 20, 3, 0), (3, 1, 1, 30, 20000), (4, 2, 3, NULL, 0);"
       "INSERT INTO rConcepto_BPS (id_Concepto, CodBPS, Signo) VALUES (21, 'DTE', -1)");
-  EXPECT_EQ(kel.rows("SELECT * FROM CDetaLiq_DiasTrab ORDER BY id_Dato"),
+  EXPECT_EQ(kel.rows("SELECT id_Dato, DTE, DTP FROM CDetaLiq_DiasTrab ORDER BY id_Dato"),
             (Rows{{"1", "22.0", "22.0"}, {"2", "0.0", "3.0"}, {"4", "0.0", "0.0"}}));
   // The relation's sign applies to days too.
   kel.exec("INSERT INTO Datos_Liquidacion (id_Dato, id_Encabezado, id_Concepto, Cantidad) VALUES (5, 1, 21, 2)");

@@ -2,6 +2,8 @@
 // number and named patterns, and the number patterns themselves.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "db/jet/functions.h"
 
 namespace db::jet {
@@ -35,33 +37,22 @@ TEST(JetFormat, NoPatternWritesLikeCStr) {
 }
 
 TEST(JetFormat, NumberPatterns) {
-  EXPECT_EQ(fmt(num(1234.567), "0.00"), "1234.57");
-  EXPECT_EQ(fmt(num(1234.567), "#,##0.00"), "1,234.57");
-  EXPECT_EQ(fmt(num(1234567), "#,##0"), "1,234,567");
-  EXPECT_EQ(fmt(num(1.005), "0.00"), "1.01");  // rounded on the decimal text, half up
-  EXPECT_EQ(fmt(num(2.5), "0"), "3");
-  EXPECT_EQ(fmt(num(-2.5), "0"), "-3");
-  EXPECT_EQ(fmt(num(5), "000"), "005");
-  EXPECT_EQ(fmt(num(5), "#"), "5");
-  EXPECT_EQ(fmt(num(0), "#"), "");
-  EXPECT_EQ(fmt(num(0.5), "#.00"), ".50");
-  EXPECT_EQ(fmt(num(0.5), "0.##"), "0.5");
-  EXPECT_EQ(fmt(num(1), "0.##"), "1.");
-  EXPECT_EQ(fmt(num(0.256), "0%"), "26%");
-  EXPECT_EQ(fmt(num(0.256), "0.0 %"), "25.6 %");
-  EXPECT_EQ(fmt(num(12345), "000-000"), "012-345");
-  EXPECT_EQ(fmt(num(1234567), "00-00"), "12345-67");
-  EXPECT_EQ(fmt(num(5), "0 \"kg\""), "5 kg");
-  EXPECT_EQ(fmt(num(5.25), "$ 0.00"), "$ 5.25");
-  EXPECT_EQ(fmt(num(-5), "$0"), "-$5");
-  EXPECT_EQ(fmt(num(-0.001), "0.00"), "0.00");
-  EXPECT_EQ(fmt(num(999.996), "#,##0.00"), "1,000.00");
-  // Sections: positive; negative; zero.
-  EXPECT_EQ(fmt(num(-5), "0;(0)"), "(5)");
-  EXPECT_EQ(fmt(num(0), "0;(0);\"cero\""), "cero");
-  EXPECT_EQ(fmt(num(3), "0;(0);\"cero\""), "3");
-  EXPECT_EQ(fmt(num(1234.5), "0.00E+00"), "1.23E+03");
-  EXPECT_EQ(fmt(num(0.00012), "0.0E-0"), "1.2E-4");
+  const std::tuple<double, const char*, const char*> numbers[] = {
+      {1234.567, "0.00", "1234.57"}, {1234.567, "#,##0.00", "1,234.57"},
+      {1234567, "#,##0", "1,234,567"},
+      {1.005, "0.00", "1.01"},  // rounded on the decimal text, half up
+      {2.5, "0", "3"}, {-2.5, "0", "-3"}, {5, "000", "005"}, {5, "#", "5"}, {0, "#", ""},
+      {0.5, "#.00", ".50"}, {0.5, "0.##", "0.5"}, {1, "0.##", "1."}, {0.256, "0%", "26%"},
+      {0.256, "0.0 %", "25.6 %"}, {12345, "000-000", "012-345"}, {1234567, "00-00", "12345-67"},
+      {5, "0 \"kg\"", "5 kg"}, {5.25, "$ 0.00", "$ 5.25"}, {-5, "$0", "-$5"},
+      {-0.001, "0.00", "0.00"}, {999.996, "#,##0.00", "1,000.00"},
+      // Sections: positive; negative; zero.
+      {-5, "0;(0)", "(5)"}, {0, "0;(0);\"cero\"", "cero"}, {3, "0;(0);\"cero\"", "3"},
+      {1234.5, "0.00E+00", "1.23E+03"}, {0.00012, "0.0E-0", "1.2E-4"},
+  };
+  for (const auto& [number, pattern, expected] : numbers) {
+    EXPECT_EQ(fmt(num(number), pattern), expected) << number << " " << pattern;
+  }
   // Texts that read as numbers are numbers; others come back as they are.
   EXPECT_EQ(fmt(txt("12.5"), "0.00"), "12.50");
   EXPECT_EQ(fmt(txt("abc"), "0.00"), "abc");
@@ -69,13 +60,14 @@ TEST(JetFormat, NumberPatterns) {
 }
 
 TEST(JetFormat, NamedFormats) {
-  EXPECT_EQ(fmt(num(1234.5), "Fixed"), "1234.50");
-  EXPECT_EQ(fmt(num(0.5), "fixed"), "0.50");
-  EXPECT_EQ(fmt(num(1234.5), "Standard"), "1,234.50");
-  EXPECT_EQ(fmt(num(0.125), "Percent"), "12.50%");
-  EXPECT_EQ(fmt(num(1234.5), "Currency"), "$ 1,234.50");
-  EXPECT_EQ(fmt(num(1234.5), "General Number"), "1234.5");
-  EXPECT_EQ(fmt(num(1234.5), "Scientific"), "1.23E+03");
+  const std::tuple<double, const char*, const char*> named[] = {
+      {1234.5, "Fixed", "1234.50"}, {0.5, "fixed", "0.50"}, {1234.5, "Standard", "1,234.50"},
+      {0.125, "Percent", "12.50%"}, {1234.5, "Currency", "$ 1,234.50"},
+      {1234.5, "General Number", "1234.5"}, {1234.5, "Scientific", "1.23E+03"},
+  };
+  for (const auto& [number, pattern, expected] : named) {
+    EXPECT_EQ(fmt(num(number), pattern), expected) << number << " " << pattern;
+  }
   EXPECT_EQ(fmt(Value{std::int64_t{-1}}, "Yes/No"), "Sí");
   EXPECT_EQ(fmt(Value{std::int64_t{0}}, "True/False"), "Falso");
   EXPECT_EQ(fmt(Value{std::int64_t{1}}, "On/Off"), "Activado");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 #include "db/jet/functions.h"
 
@@ -16,30 +17,15 @@ std::string val(std::string_view s) {
 }
 
 TEST(JetNumbers, ValReadsTheLeadingNumber) {
-  EXPECT_EQ(val(" 12abc"), "int:12");
-  EXPECT_EQ(val("1 2 3"), "int:123");
-  EXPECT_EQ(val("  -  12"), "int:-12");
-  EXPECT_EQ(val("+7"), "int:7");
-  EXPECT_EQ(val("0012-3"), "int:12");
-  EXPECT_EQ(val("1.5e2"), "int:150");
-  EXPECT_EQ(val("1.5D1"), "int:15");
-  EXPECT_EQ(val("2.5"), "real:2.5");
-  EXPECT_EQ(val(".5"), "real:0.5");
-  EXPECT_EQ(val("-1.25xyz"), "real:-1.25");
-  EXPECT_EQ(val("1,234"), "int:1");
-  EXPECT_EQ(val("1e"), "int:1");
-  EXPECT_EQ(val("1e+"), "int:1");
-  EXPECT_EQ(val("12.3.4"), "real:12.3");
-  EXPECT_EQ(val("&H1F"), "int:31");
-  EXPECT_EQ(val("&O17"), "int:15");
-  EXPECT_EQ(val("&HFFFF"), "int:-1");
-  EXPECT_EQ(val("&H10000"), "int:65536");
-  EXPECT_EQ(val("&Hxyz"), "int:0");
-  EXPECT_EQ(val(""), "int:0");
-  EXPECT_EQ(val("abc"), "int:0");
-  EXPECT_EQ(val("-"), "int:0");
-  EXPECT_EQ(val("\t\n42\r"), "int:42");
-  EXPECT_EQ(val("2024-02-29"), "int:2024");
+  const std::pair<const char*, const char*> vals[] = {
+      {" 12abc", "int:12"}, {"1 2 3", "int:123"}, {"  -  12", "int:-12"}, {"+7", "int:7"},
+      {"0012-3", "int:12"}, {"1.5e2", "int:150"}, {"1.5D1", "int:15"}, {"2.5", "real:2.5"},
+      {".5", "real:0.5"}, {"-1.25xyz", "real:-1.25"}, {"1,234", "int:1"}, {"1e", "int:1"},
+      {"1e+", "int:1"}, {"12.3.4", "real:12.3"}, {"&H1F", "int:31"}, {"&O17", "int:15"},
+      {"&HFFFF", "int:-1"}, {"&H10000", "int:65536"}, {"&Hxyz", "int:0"}, {"", "int:0"},
+      {"abc", "int:0"}, {"-", "int:0"}, {"\t\n42\r", "int:42"}, {"2024-02-29", "int:2024"},
+  };
+  for (const auto& [input, expected] : vals) EXPECT_EQ(val(input), expected) << input;
   // Beyond 64 bits the value is a real; long digit runs keep their magnitude.
   EXPECT_EQ(val("123456789012345678901234567890"), "real:1.2345678901234568E+29");
   EXPECT_EQ(val("9223372036854775807"), "real:9.223372036854776E+18");
@@ -69,36 +55,24 @@ TEST(JetNumbers, RoundingIsHalfToEvenOnTheDecimalText) {
   EXPECT_EQ(i, -2);
   EXPECT_FALSE(round_to_int64(1e19, i));
   EXPECT_FALSE(round_to_int64(std::nan(""), i));
-  EXPECT_EQ(round_half_even(2.675, 2), 2.68);
-  EXPECT_EQ(round_half_even(0.125, 2), 0.12);
-  EXPECT_EQ(round_half_even(0.135, 2), 0.14);
-  EXPECT_EQ(round_half_even(-1.005, 2), -1.0);
-  EXPECT_EQ(round_half_even(1.2345, 3), 1.234);
-  EXPECT_EQ(round_half_even(9.9996, 3), 10.0);
-  EXPECT_EQ(round_half_even(0.0004, 3), 0.0);
-  EXPECT_EQ(round_half_even(0.0006, 3), 0.001);
-  EXPECT_EQ(round_half_even(123.456, 5), 123.456);
-  EXPECT_EQ(round_half_even(2.5, 0), 2.0);
-  EXPECT_EQ(round_half_even(1234.5678, 2), 1234.57);
+  const std::tuple<double, int, double> rounded[] = {
+      {2.675, 2, 2.68}, {0.125, 2, 0.12}, {0.135, 2, 0.14}, {-1.005, 2, -1.0}, {1.2345, 3, 1.234},
+      {9.9996, 3, 10.0}, {0.0004, 3, 0.0}, {0.0006, 3, 0.001}, {123.456, 5, 123.456},
+      {2.5, 0, 2.0}, {1234.5678, 2, 1234.57},
+  };
+  for (const auto& [number, digits, expected] : rounded) {
+    EXPECT_EQ(round_half_even(number, digits), expected) << number << " to " << digits;
+  }
 }
 
 TEST(JetNumbers, CStrOfNumbers) {
-  EXPECT_EQ(cstr_number(0.0), "0");
-  EXPECT_EQ(cstr_number(-0.0), "0");
-  EXPECT_EQ(cstr_number(100.0), "100");
-  EXPECT_EQ(cstr_number(-3.0), "-3");
-  EXPECT_EQ(cstr_number(1.5), "1.5");
-  EXPECT_EQ(cstr_number(0.1), "0.1");
-  EXPECT_EQ(cstr_number(-0.25), "-0.25");
-  EXPECT_EQ(cstr_number(123.45), "123.45");
-  EXPECT_EQ(cstr_number(0.0001), "0.0001");
-  EXPECT_EQ(cstr_number(0.00001), "1E-05");
-  EXPECT_EQ(cstr_number(1.5e-10), "1.5E-10");
-  EXPECT_EQ(cstr_number(999999999999999.0), "999999999999999");
-  EXPECT_EQ(cstr_number(1e15), "1E+15");
-  EXPECT_EQ(cstr_number(1.5e20), "1.5E+20");
-  EXPECT_EQ(cstr_number(123456.789), "123456.789");
-  EXPECT_EQ(cstr_number(0.1 + 0.2), "0.30000000000000004");
+  const std::pair<double, const char*> numbers[] = {
+      {0.0, "0"}, {-0.0, "0"}, {100.0, "100"}, {-3.0, "-3"}, {1.5, "1.5"}, {0.1, "0.1"},
+      {-0.25, "-0.25"}, {123.45, "123.45"}, {0.0001, "0.0001"}, {0.00001, "1E-05"},
+      {1.5e-10, "1.5E-10"}, {999999999999999.0, "999999999999999"}, {1e15, "1E+15"},
+      {1.5e20, "1.5E+20"}, {123456.789, "123456.789"}, {0.1 + 0.2, "0.30000000000000004"},
+  };
+  for (const auto& [input, expected] : numbers) EXPECT_EQ(cstr_number(input), expected) << input;
   char buf[kNumberTextMax];
   EXPECT_LE(cstr_number_to(-1.2345678901234567e-300, buf), kNumberTextMax);
   EXPECT_LE(cstr_number_to(-0.00012345678901234567, buf), kNumberTextMax);

@@ -7,35 +7,35 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
-#include <random>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "demo/row_sink.h"
+#include "support/temp_dir.h"
 
 namespace demo_test {
 
-// A fresh folder under the system temp folder, removed with the object.
-class TempDir {
+// The shared temporary folder, with paths as the generator takes them.
+class TempDir : public ::TempDir {
  public:
-  TempDir() {
-    std::random_device rd;
-    path_ = std::filesystem::temp_directory_path() / ("kel_demo_test_" + std::to_string(rd()) + std::to_string(rd()));
-    std::filesystem::create_directories(path_);
-  }
-  ~TempDir() {
-    std::error_code ec;
-    std::filesystem::remove_all(path_, ec);
-  }
-  const std::filesystem::path& path() const { return path_; }
-  std::string file(const std::string& name) const { return (path_ / name).string(); }
-
- private:
-  std::filesystem::path path_;
+  std::string file(const std::string& name) const { return (path() / name).string(); }
 };
+
+// Runs `action`, which must throw a runtime_error whose text contains `piece`.
+template <typename Action>
+void ExpectError(Action action, const std::string& piece) {
+  try {
+    action();
+    ADD_FAILURE() << "no error; expected one mentioning " << piece;
+  } catch (const std::runtime_error& e) {
+    EXPECT_NE(std::string(e.what()).find(piece), std::string::npos) << e.what();
+  }
+}
 
 // A read-only connection for checking what the generator wrote.
 class Db {

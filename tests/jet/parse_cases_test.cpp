@@ -17,27 +17,24 @@
 
 namespace {
 
-struct Case {
-  int line = 0;
-  std::string jet;
-  bool expect_error = false;
-  std::string expected;
-};
-
 std::string Trim(const std::string& s) {
   std::size_t b = s.find_first_not_of(" \t\r");
-  if (b == std::string::npos) return "";
-  std::size_t e = s.find_last_not_of(" \t\r");
-  return s.substr(b, e - b + 1);
+  return b == std::string::npos ? "" : s.substr(b, s.find_last_not_of(" \t\r") - b + 1);
 }
 
-void Load(const std::string& path, kel_test::FakeContext& context, std::vector<Case>& cases) {
-  std::ifstream in(path);
-  ASSERT_TRUE(in) << "cannot open " << path;
-  std::string line;
+TEST(JetParseCases, EveryCaseEmitsItsPinnedText) {
+  std::ifstream in(std::string(KEL_TEST_DIR) + "/parse_cases.txt");
+  ASSERT_TRUE(in) << "cannot open parse_cases.txt";
+  // Tables are declared before any case runs, wherever they are in the file.
+  struct Case {
+    int line;
+    std::string jet, expected;
+  };
+  std::vector<Case> cases;
+  kel_test::FakeContext context;
+  Case current{0, "", ""};
   int number = 0;
-  Case current;
-  while (std::getline(in, line)) {
+  for (std::string line; std::getline(in, line);) {
     ++number;
     std::string text = Trim(line);
     if (text.empty() || text[0] == '#') continue;
@@ -46,46 +43,36 @@ void Load(const std::string& path, kel_test::FakeContext& context, std::vector<C
       ASSERT_NE(colon, std::string::npos) << "line " << number;
       std::vector<std::string> columns;
       std::stringstream list(text.substr(colon + 1));
-      std::string column;
-      while (std::getline(list, column, ',')) columns.push_back(Trim(column));
+      for (std::string column; std::getline(list, column, ',');) columns.push_back(Trim(column));
       context.AddTable(Trim(text.substr(6, colon - 6)), columns);
-      continue;
-    }
-    if (text.rfind("=> ", 0) == 0 || text.rfind("!! ", 0) == 0) {
+    } else if (text.rfind("=> ", 0) == 0 || text.rfind("!! ", 0) == 0) {
       ASSERT_FALSE(current.jet.empty()) << "expectation without input at line " << number;
-      current.expect_error = text[0] == '!';
-      current.expected = text.substr(3);
+      current.expected = text;
       cases.push_back(current);
-      current = Case{};
-      continue;
+      current = Case{0, "", ""};
+    } else {
+      if (current.jet.empty()) current.line = number;
+      current.jet += (current.jet.empty() ? "" : "\n") + line;
     }
-    if (current.jet.empty()) current.line = number;
-    current.jet += (current.jet.empty() ? "" : "\n") + line;
   }
   ASSERT_TRUE(current.jet.empty()) << "input without expectation at line " << current.line;
-}
-
-TEST(JetParseCases, EveryCaseEmitsItsPinnedText) {
-  kel_test::FakeContext context;
-  std::vector<Case> cases;
-  Load(std::string(KEL_TEST_DIR) + "/parse_cases.txt", context, cases);
   ASSERT_GT(cases.size(), 50u);
   for (const Case& c : cases) {
     SCOPED_TRACE("parse_cases.txt line " + std::to_string(c.line) + ": " + c.jet);
+    const bool expect_error = c.expected[0] == '!';
+    const std::string expected = c.expected.substr(3);
     try {
       db::jet::Translation t = db::jet::translate(c.jet, context);
       ASSERT_EQ(t.statements.size(), 1u);
-      EXPECT_FALSE(c.expect_error) << "expected an error containing: " << c.expected
-                                   << "\n got: " << t.statements[0];
-      if (!c.expect_error) {
-        EXPECT_EQ(t.statements[0], c.expected);
+      if (expect_error) {
+        ADD_FAILURE() << "expected an error containing: " << expected << "\n got: " << t.statements[0];
+      } else {
+        EXPECT_EQ(t.statements[0], expected);
       }
     } catch (const db::jet::TranslateError& e) {
-      EXPECT_TRUE(c.expect_error) << "unexpected error: " << e.what();
-      if (c.expect_error) {
-        EXPECT_NE(std::string(e.what()).find(c.expected), std::string::npos)
-            << "message: " << e.what();
-      }
+      EXPECT_TRUE(expect_error) << "unexpected error: " << e.what();
+      EXPECT_TRUE(!expect_error || std::string(e.what()).find(expected) != std::string::npos)
+          << "message: " << e.what();
     }
   }
 }

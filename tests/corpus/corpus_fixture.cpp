@@ -3,9 +3,6 @@
 
 #include <sqlite3.h>
 
-#include <atomic>
-#include <chrono>
-
 #include "db/error.h"
 #include "db/value.h"
 #include "schema/database_scripts.h"
@@ -106,13 +103,9 @@ INSERT INTO Cotizacion VALUES (2, '2023-01-01', 40.1);
 }  // namespace
 
 void CorpusTest::SetUp() {
-  static std::atomic<int> counter{0};
-  const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-  dir_ = std::filesystem::temp_directory_path() /
-         ("kel_corpus_" + std::to_string(stamp) + "_" + std::to_string(counter++));
   // A blank in the folder name, as in many company folders.
-  staging_path_ = (dir_ / "Mi Empresa" / "Pasaje.mdb").string();
-  kel_path_ = (dir_ / "Datos" / "Empresa.mdb").string();
+  staging_path_ = (dir_.path() / "Mi Empresa" / "Pasaje.mdb").string();
+  kel_path_ = (dir_.path() / "Datos" / "Empresa.mdb").string();
   std::string error;
   ASSERT_TRUE(schema::create_database_from_scripts(staging_path_, {schema_script("pasaje.sql")}, error)) << error;
   ASSERT_TRUE(schema::create_database_from_scripts(
@@ -131,8 +124,10 @@ void CorpusTest::TearDown() {
                                 << " instrucciones rechazadas:" << report;
   staging_.close();
   kel_.close();
-  std::error_code ec;
-  std::filesystem::remove_all(dir_, ec);
+}
+
+void CorpusTest::refuse(const std::string& sql, const db::Error& e) {
+  refused_.push_back("* " + sql + "\n    -> " + e.message() + "\n    SQLite: " + e.translated_text());
 }
 
 void CorpusTest::run(db::SqliteConnection& connection, const std::string& sql) {
@@ -140,7 +135,7 @@ void CorpusTest::run(db::SqliteConnection& connection, const std::string& sql) {
   try {
     connection.execute(sql);
   } catch (const db::Error& e) {
-    refused_.push_back("* " + sql + "\n    -> " + e.message() + "\n    SQLite: " + e.translated_text());
+    refuse(sql, e);
   }
 }
 
@@ -153,7 +148,7 @@ db::Recordset CorpusTest::query(db::SqliteConnection& connection, const std::str
   try {
     return connection.open_recordset(sql);
   } catch (const db::Error& e) {
-    refused_.push_back("* " + sql + "\n    -> " + e.message() + "\n    SQLite: " + e.translated_text());
+    refuse(sql, e);
     return {};
   }
 }

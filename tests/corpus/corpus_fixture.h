@@ -16,7 +16,9 @@
 #include <vector>
 
 #include "db/recordset.h"
+#include "db/error.h"
 #include "db/sqlite_connection.h"
+#include "support/temp_dir.h"
 
 namespace corpus_test {
 
@@ -35,10 +37,13 @@ class CorpusTest : public ::testing::Test {
   // A native count on the connection's database, for sanity checks.
   std::int64_t count(db::SqliteConnection& connection, const std::string& native_sql);
 
+  // Records a refused statement with the engine's messages.
+  void refuse(const std::string& sql, const db::Error& e);
+
   // The persons and contracts step as the program runs it.
   void run_persons_step();
 
-  std::filesystem::path dir_;
+  TempDir dir_;
   std::string staging_path_;
   std::string kel_path_;
   db::SqliteConnection staging_;

@@ -73,6 +73,7 @@ TEST_F(CorpusTest, PreviewStatementsRun) {
   EXPECT_EQ(sort, "Nombres Desc");
   sort = sql::liquidation_sort_text(sort, "Nombres", 4);
   EXPECT_EQ(sort, "Nombres");
+  EXPECT_EQ(sql::liquidation_sort_text("NOMBRES", "Nombres", 4), "Nombres Desc");  // names compare ignoring case
   query(staging_, sql::liquidation_headers_select(sort));
   sort = sql::liquidation_sort_text(sort, "strMesDeLiq", sql::kMonthColumn);
   EXPECT_EQ(sort, "cdate(strMesDeLiq)");

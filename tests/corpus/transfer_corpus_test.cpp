@@ -4,6 +4,7 @@
 // The statements are run in the order and on the connection of the steps,
 // with the values a step would compute. A few counts check that the texts do
 // what they are for; the steps' own tests check their behaviour in depth.
+#include <stdexcept>
 #include <string>
 
 #include "corpus_fixture.h"
@@ -52,6 +53,7 @@ TEST_F(CorpusTest, PersonAndContractStatementsRun) {
             0);
   EXPECT_EQ(count(kel_, "SELECT COUNT(*) FROM Contrato WHERE HORAS IS NULL OR HORAS = 0"), 0);
   EXPECT_EQ(count(kel_, "SELECT COUNT(DISTINCT idContrato) FROM rPlanillas"), 6);
+  EXPECT_THROW(sql::registration_attach(4, 5), std::invalid_argument);  // only the three registration kinds
   EXPECT_EQ(count(kel_, "SELECT COUNT(*) FROM Declaraciones"), 2);
 }
 
@@ -89,9 +91,13 @@ TEST_F(CorpusTest, ConceptAndLiquidationTypeStatementsRun) {
     run(staging_, sql::relac_conc_insert(v.id_concepto, cod_os));
   }
   EXPECT_TRUE(replaced);
-  EXPECT_EQ(count(kel_, "SELECT COUNT(*) FROM Conceptos WHERE id_Concepto = 17 AND FCant = 'Suma(A)' AND FCoef = 'Base'"),
+  // Formula quotes are dropped and blanks trimmed; an empty value goes in as Null; Yes/No as written.
+  EXPECT_EQ(count(kel_, "SELECT COUNT(*) FROM Conceptos WHERE id_Concepto = 17 AND FCant = 'Suma(A)' AND FCoef = 'Base' "
+                        "AND id_ConsLiquidacion IS NULL AND ModificaNominal = 0"),
             1);
-  EXPECT_EQ(count(kel_, "SELECT COUNT(*) FROM Conceptos WHERE id_Concepto = 102 AND id_ConsLiquidacion = 3"), 1);
+  EXPECT_EQ(count(kel_, "SELECT COUNT(*) FROM Conceptos WHERE id_Concepto = 102 AND id_ConsLiquidacion = 3 "
+                        "AND ModificaNominal <> 0"),
+            1);
 
   // Liquidation types to create.
   db::Recordset types = query(staging_, sql::types_to_create(kel_path_));

@@ -12,58 +12,31 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "session/main_controller.h"
 #include "db/open_database.h"
+#include "session/main_controller.h"
 #include "session/scripted_ui.h"
+#include "support/temp_dir.h"
 
 namespace kel_test {
 
-class TempFolder {
- public:
-  TempFolder() {
-    std::random_device rd;
-    path_ = std::filesystem::temp_directory_path() /
-            ("kel_session_" + std::to_string(rd()) + std::to_string(rd()));
-    std::filesystem::create_directories(path_);
-  }
-  ~TempFolder() {
-    std::error_code ec;
-    std::filesystem::remove_all(path_, ec);
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  const std::filesystem::path& path() const { return path_; }
+namespace fs = std::filesystem;
+using TempFolder = TempDir;
 
- private:
-  std::filesystem::path path_;
-};
-
-inline void write_file(const std::filesystem::path& p, const std::string& bytes) {
-  std::filesystem::create_directories(p.parent_path());
+inline void write_file(const fs::path& p, const std::string& bytes) {
+  fs::create_directories(p.parent_path());
   std::ofstream(p, std::ios::binary) << bytes;
 }
 
-inline std::string read_file(const std::filesystem::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-// Runs native SQLite statements on a database file (created when missing).
-inline void run_sqlite(const std::filesystem::path& file, const std::string& sql) {
-  std::filesystem::create_directories(file.parent_path());
+// Runs native SQLite statements, in one transaction, on a database file
+// (created when missing).
+inline void run_sqlite(const fs::path& file, const std::string& sql) {
+  fs::create_directories(file.parent_path());
   sqlite3* db = nullptr;
   ASSERT_EQ(sqlite3_open(file.string().c_str(), &db), SQLITE_OK);
   char* err = nullptr;
-  // One transaction: a whole schema in autocommit mode would sync per statement.
   int rc = sqlite3_exec(db, ("BEGIN;" + sql + "\nCOMMIT;").c_str(), nullptr, nullptr, &err);
   std::string message = err ? err : "";
   sqlite3_free(err);
@@ -72,12 +45,13 @@ inline void run_sqlite(const std::filesystem::path& file, const std::string& sql
 }
 
 // The first column of the first row of a native query, as text ("" for none).
-inline std::string query_text(const std::filesystem::path& file, const std::string& sql) {
+inline std::string query_text(const fs::path& file, const std::string& sql) {
   sqlite3* db = nullptr;
   std::string out;
   if (sqlite3_open_v2(file.string().c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
     sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW) {
+    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) == SQLITE_OK &&
+        sqlite3_step(st) == SQLITE_ROW) {
       const unsigned char* t = sqlite3_column_text(st, 0);
       out = t ? reinterpret_cast<const char*>(t) : "";
     }
@@ -88,18 +62,18 @@ inline std::string query_text(const std::filesystem::path& file, const std::stri
 }
 
 // A KEL company database (the schema of kel.sql) with one Empresa row.
-inline void make_kel_company(const std::filesystem::path& file, const std::string& nombre,
+inline void make_kel_company(const fs::path& file, const std::string& nombre,
                              const std::string& razon_social) {
-  run_sqlite(file, read_file(std::filesystem::path(KEL_SOURCE_DIR) / "schema" / "kel.sql"));
-  run_sqlite(file, "INSERT INTO Empresa (IdEmpresa, Nombre, RazonSocial) VALUES (1, '" + nombre + "', '" +
-                       razon_social + "');");
+  run_sqlite(file, TempDir::read(fs::path(KEL_SOURCE_DIR) / "schema" / "kel.sql") +
+                       "\nINSERT INTO Empresa (IdEmpresa, Nombre, RazonSocial) VALUES (1, '" + nombre +
+                       "', '" + razon_social + "');");
 }
 
 // A source database as the company check reads it (Em_Nombre, Em_RSocial).
-inline void make_source_company(const std::filesystem::path& file, const std::string& nombre,
+inline void make_source_company(const fs::path& file, const std::string& nombre,
                                 const std::string& razon_social) {
-  run_sqlite(file, "CREATE TABLE Empresa (Em_Nombre TEXT, Em_RSocial TEXT); INSERT INTO Empresa VALUES ('" +
-                       nombre + "', '" + razon_social + "');");
+  run_sqlite(file, "CREATE TABLE Empresa (Em_Nombre TEXT, Em_RSocial TEXT); INSERT INTO Empresa "
+                   "VALUES ('" + nombre + "', '" + razon_social + "');");
 }
 
 // The program folder with the staging template and three formats:
@@ -107,17 +81,17 @@ inline void make_source_company(const std::filesystem::path& file, const std::st
 //   1 "Formato B" -> b.fmt (no source keys at all)
 //   2 "Formato C" -> c.fmt (interchange files: empresa*.txt of group 1,
 //                            cargos*.txt of group 2)
-inline void make_program_folder(const std::filesystem::path& prog) {
-  const std::filesystem::path built = std::filesystem::path(KEL_PROGRAM_DIR) / "Generica" / "Pasaje.mdb";
-  ASSERT_TRUE(std::filesystem::exists(built)) << "build the kel_schema_files target first: " << built;
-  std::filesystem::create_directories(prog / "Generica");
-  std::filesystem::copy_file(built, prog / "Generica" / "Pasaje.mdb");
+inline void make_program_folder(const fs::path& prog) {
+  const fs::path built = fs::path(KEL_PROGRAM_DIR) / "Generica" / "Pasaje.mdb";
+  ASSERT_TRUE(fs::exists(built)) << "build the kel_schema_files target first: " << built;
+  fs::create_directories(prog / "Generica");
+  fs::copy_file(built, prog / "Generica" / "Pasaje.mdb");
   write_file(prog / "ConfIMP.ini", "Formato A|a.fmt\r\nFormato B|b.fmt\r\nFormato C|c.fmt\r\n");
   write_file(prog / "a.fmt", "TipoBD=1\r\nBD=\r\nEmpresa|NOM(origen.mdb)|empresa.sql|1\r\n");
   write_file(prog / "b.fmt", "ConcCrear=\r\n");
   write_file(prog / "c.fmt",
-             "Archivos=\r\nEmpresa|NOM(empresa*.txt)|empresa.sql|1\r\nCargos|NOM(cargos*.txt)|cargos.sql|2\r\n"
-             "TablaNoBorrar=RelacConc,RelacTLiq\r\n");
+             "Archivos=\r\nEmpresa|NOM(empresa*.txt)|empresa.sql|1\r\n"
+             "Cargos|NOM(cargos*.txt)|cargos.sql|2\r\nTablaNoBorrar=RelacConc,RelacTLiq\r\n");
   write_file(prog / "empresa.sql", "Insert Into Empresa (IdEmpresa, Nombre) Values (7, 'Cargada');\r\n");
   write_file(prog / "cargos.sql", "Insert Into Cargos (id_Cargo, Cargo) Values (3, 'Peón');\r\n");
 }
@@ -135,6 +109,29 @@ class RecordingUi : public session::ScriptedUserInterface {
                                            const std::string& start) override {
     dialogs.push_back("carpeta: " + title + " | " + prompt + " | " + start);
     return ScriptedUserInterface::browse_folder(title, prompt, start);
+  }
+};
+
+// The program folder above and a KEL company in ".../E001/Empresa.mdb" (a
+// folder name with a blank on the way), whose staging database is
+// prog/E001/Pasaje.mdb.
+struct Session {
+  TempFolder tmp;
+  fs::path prog = tmp / "prog";
+  fs::path company = tmp / "Datos con espacio" / "E001" / "Empresa.mdb";
+  fs::path staging_db = prog / "E001" / "Pasaje.mdb";
+  RecordingUi ui;
+
+  explicit Session(const std::string& nombre = "ACME", const std::string& razon_social = "ACME SA") {
+    make_program_folder(prog);
+    make_kel_company(company, nombre, razon_social);
+  }
+  std::string staged(const std::string& sql) const { return query_text(staging_db, sql); }
+  // A controller started on `command_line` (the company alone when empty).
+  std::unique_ptr<session::MainWindowController> start(const std::string& command_line = "") {
+    auto c = std::make_unique<session::MainWindowController>(prog, ui);
+    c->Form_Load(command_line.empty() ? company.string() : command_line);
+    return c;
   }
 };
 

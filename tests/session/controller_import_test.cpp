@@ -6,25 +6,23 @@
 namespace {
 
 using kel_test::has_line;
+using Log = std::vector<std::string>;
 
-const char* kConfirm = "PREGUNTA: Confirma importar los datos de la empresa";
+const std::string kConfirm = "PREGUNTA: Confirma importar los datos de la empresa";
+const std::string kDone = "INFO: Importación Satisfactoria!!";
 
-struct ImportSession {
-  kel_test::TempFolder tmp;
-  std::filesystem::path prog = tmp.path() / "prog";
-  std::filesystem::path company = tmp.path() / "E001" / "Empresa.mdb";
-  std::filesystem::path source_db = tmp.path() / "fuente.db";
-  kel_test::RecordingUi ui;
+// A started controller on a KEL company and a source database, with every
+// transfer step and grid refresh replaced by a recorder.
+struct ImportSession : kel_test::Session {
+  std::filesystem::path source_db = tmp / "fuente.db";
   std::unique_ptr<session::MainWindowController> c;
-  std::vector<std::string> calls;
+  Log calls;
 
-  ImportSession(const std::string& kel_name, const std::string& kel_rs, const std::string& src_name,
-                const std::string& src_rs) {
-    kel_test::make_program_folder(prog);
-    kel_test::make_kel_company(company, kel_name, kel_rs);
+  ImportSession(const std::string& kel_name = "ACME", const std::string& kel_rs = "ACME SA",
+                const std::string& src_name = "ACME", const std::string& src_rs = "ACME SA")
+      : Session(kel_name, kel_rs) {
     kel_test::make_source_company(source_db, src_name, src_rs);
-    c = std::make_unique<session::MainWindowController>(prog, ui);
-    c->Form_Load(company.string());
+    c = start();
     db::open_database(source_db.string(), c->source);
     for (std::size_t i = 0; i < c->steps.size(); ++i)
       c->steps[i] = [this, i] { calls.push_back("paso " + std::to_string(i)); };
@@ -34,109 +32,103 @@ struct ImportSession {
     c->ActuGridConc = [this] { calls.push_back("grilla conceptos"); };
     c->ActuGridTliq = [this] { calls.push_back("grilla tipos"); };
   }
+  std::string report() const { return TempDir::read(prog / "E001" / "kelimport-errores.txt"); }
 };
 
-std::string question(const std::string& what, const std::string& kel, const std::string& src, bool yes) {
-  return "PREGUNTA: La empresa de KEL tiene " + what + ": '" + kel + "'\r\ny la empresa a importar tiene " + what +
-         ": '" + src + "'\r\n¿Desea continuar de todas formas?" + (yes ? " -> Sí" : " -> No");
+std::string question(const std::string& what, const std::string& kel, const std::string& src,
+                     bool yes) {
+  return "PREGUNTA: La empresa de KEL tiene " + what + ": '" + kel +
+         "'\r\ny la empresa a importar tiene " + what + ": '" + src +
+         "'\r\n¿Desea continuar de todas formas?" + (yes ? " -> Sí" : " -> No");
 }
 
 TEST(ControllerValido, QuestionPaths) {
-  {
-    // Equal names (case and blanks aside), different legal names: only the
-    // legal-name question and the confirmation.
-    ImportSession s("  Acme ", "ACME SA", "acme", "ACME SRL");
-    s.ui.default_answer = true;
-    EXPECT_TRUE(s.c->Valido(true));
-    EXPECT_EQ(s.ui.log, (std::vector<std::string>{question("RS", "ACME SA", "ACME SRL", true),
-                                                  std::string(kConfirm) + " -> Sí"}));
-    s.ui.log.clear();
-    EXPECT_TRUE(s.c->Valido(false));
+  enum Source { kOpen, kNone, kBroken };
+  struct Row {
+    std::string kel_name, kel_rs, src_name, src_rs;
+    Source source;
+    std::deque<bool> answers;
+    bool result;
+    Log log;
+  };
+  const std::vector<Row> rows = {
+      // Equal names (case and blanks aside), different legal names: the
+      // legal-name question, then the confirmation.
+      {"  Acme ", "ACME SA", "acme", "ACME SRL", kOpen, {true, true}, true,
+       {question("RS", "ACME SA", "ACME SRL", true), kConfirm + " -> Sí"}},
+      // Different names and a Yes: the legal names are not compared.
+      {"ACME", "ACME SA", "OTRA", "OTRA SRL", kOpen, {true, true}, true,
+       {question("Nombre", "ACME", "OTRA", true), kConfirm + " -> Sí"}},
+      // Everything equal: only the confirmation, and its No is the result.
+      {"ACME", "ACME SA", "ACME", "ACME SA", kOpen, {false}, false, {kConfirm + " -> No"}},
+      // No source connection: the source's name is empty and differs.
+      {"ACME", "ACME SA", "ACME", "ACME SA", kNone, {false}, false,
+       {question("Nombre", "ACME", "", false)}},
+      // A source whose query fails counts as an empty name as well.
+      {"", "", "ACME", "ACME SA", kBroken, {false}, false, {kConfirm + " -> No"}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.kel_name + "/" + row.src_name + "/" + std::to_string(row.source));
+    ImportSession s(row.kel_name, row.kel_rs, row.src_name, row.src_rs);
+    if (row.source == kNone) s.c->source.reset();
+    if (row.source == kBroken) kel_test::run_sqlite(s.source_db, "DROP TABLE Empresa;");
+    EXPECT_TRUE(s.c->Valido(false));  // not shown: no question at all
     EXPECT_TRUE(s.ui.log.empty());
-  }
-  {
-    // Different names and a Yes: the legal names are not compared.
-    ImportSession s("ACME", "ACME SA", "OTRA", "OTRA SRL");
-    s.ui.default_answer = true;
-    EXPECT_TRUE(s.c->Valido(true));
-    EXPECT_EQ(s.ui.log, (std::vector<std::string>{question("Nombre", "ACME", "OTRA", true),
-                                                  std::string(kConfirm) + " -> Sí"}));
-  }
-  {
-    // Everything equal: only the confirmation, and its No is the result.
-    ImportSession s("ACME", "ACME SA", "ACME", "ACME SA");
-    s.ui.answers = {false};
-    EXPECT_FALSE(s.c->Valido(true));
-    EXPECT_EQ(s.ui.log, std::vector<std::string>{std::string(kConfirm) + " -> No"});
-  }
-  {
-    // No source connection: the source's name is empty and differs.
-    ImportSession s("ACME", "ACME SA", "ACME", "ACME SA");
-    s.c->source.reset();
-    s.ui.answers = {false};
-    EXPECT_FALSE(s.c->Valido(true));
-    EXPECT_EQ(s.ui.log, std::vector<std::string>{question("Nombre", "ACME", "", false)});
-  }
-  {
-    // A source whose query fails counts as an empty name as well.
-    ImportSession s("", "", "ACME", "ACME SA");
-    kel_test::run_sqlite(s.source_db, "DROP TABLE Empresa;");
-    s.ui.default_answer = false;
-    EXPECT_FALSE(s.c->Valido(true));
-    EXPECT_EQ(s.ui.log, std::vector<std::string>{std::string(kConfirm) + " -> No"});
+    s.ui.answers = row.answers;
+    EXPECT_EQ(s.c->Valido(true), row.result);
+    EXPECT_EQ(s.ui.log, row.log);
   }
 }
 
-TEST(ControllerImport, AnyNoTransfersNothing) {
+TEST(ControllerImport, AnyNoTransfersNothingAndNoAnswerIsNotAnError) {
   for (std::deque<bool> answers : {std::deque<bool>{false}, std::deque<bool>{true, false}}) {
     ImportSession s("ACME", "ACME SA", "ACME", "OTRA SA");
     s.ui.answers = answers;
     s.c->cbImportar_Click();
     EXPECT_TRUE(s.calls.empty());
-    EXPECT_FALSE(has_line(s.ui.log, "INFO: Importación Satisfactoria!!"));
+    EXPECT_FALSE(has_line(s.ui.log, kDone));
     EXPECT_FALSE(s.c->ended());
   }
+  ImportSession s;
+  EXPECT_THROW(s.c->cbImportar_Click(), session::UnansweredQuestion);
+  EXPECT_FALSE(s.c->ended());
+  EXPECT_FALSE(std::filesystem::exists(s.prog / "E001" / "kelimport-errores.txt"));
 }
 
 TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
-  {
-    ImportSession s("ACME", "ACME SA", "ACME", "ACME SA");
-    s.ui.default_answer = true;
-    s.c->state.ChkOP = {false, false, false, false, false};
-    s.c->cbImportar_Click();
-    EXPECT_EQ(s.calls, (std::vector<std::string>{"grilla conceptos", "grilla tipos"}));
-    EXPECT_EQ(s.ui.log.back(), "INFO: Importación Satisfactoria!!");
-    EXPECT_FALSE(s.c->ImportaEmpleados);
-  }
-  {
-    ImportSession s("ACME", "ACME SA", "ACME", "ACME SA");
-    s.ui.default_answer = true;
-    s.c->state.ChkOP = {false, false, false, false, false};
-    s.c->state.ChkOP[4] = true;  // ticked last to first
-    s.c->state.ChkOP[2] = true;
-    s.c->state.ChkOP[0] = true;
-    s.c->state.period.desde = session::Month(2023, 3);
-    s.c->state.period.desde_checked = true;
-    s.c->state.period.hasta = session::Month(2024, 2);
-    s.c->cbImportar_Click();
-    EXPECT_EQ(s.calls, (std::vector<std::string>{"paso 0", "paso 2", "liquidaciones [2023-03-01] []",
-                                                 "grilla conceptos", "grilla tipos"}));
-    EXPECT_TRUE(s.c->ImportaEmpleados);
-    EXPECT_EQ(s.ui.log, (std::vector<std::string>{std::string(kConfirm) + " -> Sí",
-                                                  "INFO: Importación Satisfactoria!!"}));
+  ImportSession s;
+  s.ui.default_answer = true;
+  s.c->state.ChkOP = {false, false, false, false, false};
+  s.c->cbImportar_Click();
+  EXPECT_EQ(s.calls, (Log{"grilla conceptos", "grilla tipos"}));
+  EXPECT_EQ(s.ui.log.back(), kDone);
+  EXPECT_FALSE(s.c->ImportaEmpleados);
 
-    // Steps that are not set are skipped; both bounds go when ticked.
-    s.calls.clear();
-    s.c->steps[0] = nullptr;
-    s.c->state.period.hasta_checked = true;
-    s.c->cbImportar_Click();
-    EXPECT_EQ(s.calls, (std::vector<std::string>{"paso 2", "liquidaciones [2023-03-01] [2024-02-01]",
-                                                 "grilla conceptos", "grilla tipos"}));
-  }
+  s.calls.clear();
+  s.ui.log.clear();
+  s.c->state.ChkOP[4] = true;  // ticked last to first
+  s.c->state.ChkOP[2] = true;
+  s.c->state.ChkOP[0] = true;
+  s.c->state.period.desde = session::Month(2023, 3);
+  s.c->state.period.desde_checked = true;
+  s.c->state.period.hasta = session::Month(2024, 2);
+  s.c->cbImportar_Click();
+  EXPECT_EQ(s.calls, (Log{"paso 0", "paso 2", "liquidaciones [2023-03-01] []", "grilla conceptos",
+                          "grilla tipos"}));
+  EXPECT_TRUE(s.c->ImportaEmpleados);
+  EXPECT_EQ(s.ui.log, (Log{kConfirm + " -> Sí", kDone}));
+
+  // Steps that are not set are skipped; both bounds go when ticked.
+  s.calls.clear();
+  s.c->steps[0] = nullptr;
+  s.c->state.period.hasta_checked = true;
+  s.c->cbImportar_Click();
+  EXPECT_EQ(s.calls, (Log{"paso 2", "liquidaciones [2023-03-01] [2024-02-01]", "grilla conceptos",
+                          "grilla tipos"}));
 }
 
 TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {
-  ImportSession s("ACME", "ACME SA", "ACME", "ACME SA");
+  ImportSession s;
   s.ui.default_answer = true;
   s.c->steps[1] = [&] {
     s.calls.push_back("paso 1");
@@ -144,41 +136,32 @@ TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {
     s.c->destination->execute("Insert Into TablaQueNoEsta (a) Values (1)");
   };
   EXPECT_THROW(s.c->cbImportar_Click(), session::SessionAborted);
-  EXPECT_EQ(s.calls, (std::vector<std::string>{"paso 0", "paso 1"}));
+  EXPECT_EQ(s.calls, (Log{"paso 0", "paso 1"}));
   EXPECT_TRUE(s.c->ended());
-  EXPECT_FALSE(has_line(s.ui.log, "INFO: Importación Satisfactoria!!"));
+  EXPECT_FALSE(has_line(s.ui.log, kDone));
 
-  const auto file = s.prog / "E001" / "kelimport-errores.txt";
-  const std::string report = kel_test::read_file(file);
-  EXPECT_NE(report.find("Procedimiento: cbImportar_Click"), std::string::npos) << report;
-  EXPECT_NE(report.find("Paso: 2. Cargos, Sectores, Regimenes Horarios y Sucursales"), std::string::npos);
-  EXPECT_NE(report.find("    Insert Into TablaQueNoEsta (a) Values (1)"), std::string::npos) << report;
+  const std::string report = s.report();
+  for (const std::string& part : Log{"Procedimiento: cbImportar_Click", "Paso: 2. Cargos, Sectores, Regimenes Horarios y Sucursales",
+        "    Insert Into TablaQueNoEsta (a) Values (1)", "    paso 1. Datos de la Empresa",
+                                    "Base de KEL: " + s.company.string()})
+    EXPECT_NE(report.find(part), std::string::npos) << part << "\n" << report;
   EXPECT_NE(report.find("TablaQueNoEsta"), report.rfind("TablaQueNoEsta")) << "message names the table";
-  EXPECT_NE(report.find("    paso 1. Datos de la Empresa"), std::string::npos) << report;
-  EXPECT_NE(report.find("Base de KEL: " + s.company.string()), std::string::npos);
   // The work done before the error stays applied.
   EXPECT_EQ(kel_test::query_text(s.company, "SELECT Cargo FROM Cargos WHERE id_Cargo = 1"), "Peón");
   ASSERT_FALSE(s.ui.log.empty());
-  EXPECT_NE(s.ui.log.back().find("AVISO: La importación se detuvo por un error en 2. Cargos"), std::string::npos)
-      << s.ui.log.back();
-  EXPECT_NE(s.ui.log.back().find(file.string()), std::string::npos);
+  EXPECT_NE(s.ui.log.back().find("AVISO: La importación se detuvo por un error en 2. Cargos"),
+            std::string::npos) << s.ui.log.back();
+  EXPECT_NE(s.ui.log.back().find((s.prog / "E001" / "kelimport-errores.txt").string()),
+            std::string::npos);
 
   // A second error is appended to the same file.
-  ImportSession s2("ACME", "ACME SA", "ACME", "ACME SA");
-  std::filesystem::copy_file(file, s2.prog / "E001" / "kelimport-errores.txt");
+  ImportSession s2;
+  kel_test::write_file(s2.prog / "E001" / "kelimport-errores.txt", report);
   s2.ui.default_answer = true;
   s2.c->steps[0] = [] { throw std::runtime_error("fallo de prueba"); };
   EXPECT_THROW(s2.c->cbImportar_Click(), session::SessionAborted);
-  const std::string both = kel_test::read_file(s2.prog / "E001" / "kelimport-errores.txt");
-  EXPECT_EQ(both.rfind(report, 0), 0u);
-  EXPECT_NE(both.find("Mensaje: fallo de prueba", report.size()), std::string::npos);
-}
-
-TEST(ControllerImport, UnansweredQuestionIsNotAnError) {
-  ImportSession s("ACME", "ACME SA", "ACME", "ACME SA");
-  EXPECT_THROW(s.c->cbImportar_Click(), session::UnansweredQuestion);
-  EXPECT_FALSE(s.c->ended());
-  EXPECT_FALSE(std::filesystem::exists(s.prog / "E001" / "kelimport-errores.txt"));
+  EXPECT_EQ(s2.report().rfind(report, 0), 0u);
+  EXPECT_NE(s2.report().find("Mensaje: fallo de prueba", report.size()), std::string::npos);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include "session/format_selection.h"
 #include "settings/key_file.h"
 #include "settings/text_file.h"
-#include "temp_dir.h"
+#include "support/temp_dir.h"
 
 using namespace session;
 

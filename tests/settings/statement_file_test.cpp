@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "settings/statement_file.h"
-#include "temp_dir.h"
+#include "support/temp_dir.h"
 
 using namespace settings;
 

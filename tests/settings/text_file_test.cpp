@@ -3,7 +3,7 @@
 
 #include "settings/encoding.h"
 #include "settings/text_file.h"
-#include "temp_dir.h"
+#include "support/temp_dir.h"
 
 using namespace settings;
 

@@ -130,12 +130,4 @@ TEST(DemoKel, SharedPeopleMatchByNumberUnderOtherIds) {
   EXPECT_LE(shared + demo::kel_only_person_count(), options.employees);
 }
 
-TEST(DemoKel, DottedNumbersAreLostByTheCleanUpAsTheSystemDoes) {
-  // Why shared people are never written with dots: the clean-up turns
-  // 1.234.567-2 into 1.234.562, whose Val is 1.234562.
-  EXPECT_EQ(staged_clean("1.234.567-2"), "1.234.562");
-  EXPECT_NE(val(staged_clean("1.234.567-2")), val("12345672"));
-  EXPECT_EQ(val(staged_clean("  01234567-2 ")), val("1234567 2"));
-}
-
 }  // namespace

@@ -70,18 +70,21 @@ TEST(FormatList, ReadsConfImpAndLeavesNothingSelected) {
   EXPECT_TRUE(e.warnings.empty());
 }
 
-TEST(FormatChoice, BothKeysSelectBothKindsAndRunTheFolderHandler) {
+// Chooses the format at `index` and returns the session's source-kind view:
+// kinds offered (database, folder), kind pressed, browse button.
+std::string Choose(SessionState& s, int index) {
+  s.cmbFormato_index = index;
+  cmbFormato_Click(s);
+  return std::to_string(s.TipoImp.selected[0]) + std::to_string(s.TipoImp.selected[1]) + " " +
+         std::to_string(s.TipoImp.kind) + std::to_string(s.TipoImp.pressed[0]) +
+         std::to_string(s.TipoImp.pressed[1]) + " " + std::to_string(s.cbBuscar_enabled);
+}
+
+TEST(FormatChoice, KeysDecideTheSourceKindsAndTheLists) {
   ProgramFolder pf;
   SessionState s = pf.Start();
-  s.cmbFormato_index = 0;
-  cmbFormato_Click(s);
+  EXPECT_EQ(Choose(s, 0), "11 101 1");  // both keys: both kinds, the folder pressed
   EXPECT_EQ(s.current_format_file, "ambos.fmt");
-  EXPECT_TRUE(s.TipoImp.selected[0]);
-  EXPECT_TRUE(s.TipoImp.selected[1]);
-  EXPECT_EQ(s.TipoImp.kind, 1);
-  EXPECT_TRUE(s.TipoImp.pressed[1]);
-  EXPECT_FALSE(s.TipoImp.pressed[0]);
-  EXPECT_TRUE(s.cbBuscar_enabled);
   std::vector<std::string> keys;
   for (const auto& e : s.ColArchTablas) keys.push_back(e.Codigo);
   EXPECT_EQ(keys, (std::vector<std::string>{"Empleados*3", "Liq*5", "Tablas*1"}));
@@ -95,60 +98,35 @@ TEST(FormatChoice, BothKeysSelectBothKindsAndRunTheFolderHandler) {
   EXPECT_EQ(s.lstRelaciones.entries.size(), 6u);
   ASSERT_EQ(s.warnings.size(), 1u);  // the "Mal" line
   EXPECT_NE(s.warnings[0].find("Mal|NOM(x)"), std::string::npos);
-}
 
-TEST(FormatChoice, NeitherKeySwitchesTheBrowseButtonOff) {
-  ProgramFolder pf;
-  SessionState s = pf.Start();
-  s.cmbFormato_index = 0;
-  cmbFormato_Click(s);
-  s.cmbFormato_index = 1;
-  cmbFormato_Click(s);
-  EXPECT_FALSE(s.TipoImp.selected[0]);
-  EXPECT_FALSE(s.TipoImp.selected[1]);  // not left over from the first format
-  EXPECT_FALSE(s.cbBuscar_enabled);
-  EXPECT_TRUE(s.ColArchTablas.empty());
-  EXPECT_EQ(s.ConcCrear, "");
-  EXPECT_EQ(s.TipoBD, 0);
-  EXPECT_EQ(s.relations.kel(0), 17);  // defaults again
-  // The list is not emptied between choices: 6 entries, then the 7 defaults.
-  EXPECT_EQ(s.lstRelaciones.entries.size(), 13u);
-  // A database-only format selects kind 0 and runs its handler.
-  s.cmbFormato_index = 2;
-  cmbFormato_Click(s);
-  EXPECT_TRUE(s.TipoImp.selected[0]);
-  EXPECT_FALSE(s.TipoImp.selected[1]);
-  EXPECT_EQ(s.TipoImp.kind, 0);
-  EXPECT_TRUE(s.TipoImp.pressed[0]);
-  EXPECT_FALSE(s.TipoImp.pressed[1]);
-  EXPECT_TRUE(s.cbBuscar_enabled);
-  EXPECT_EQ(s.TipoBD, 3);
-  EXPECT_EQ(s.ColArchTablas.size(), 1u);
-}
-
-TEST(FormatChoice, NoSelectionOnlyEmptiesTheCatalogue) {
-  ProgramFolder pf;
-  SessionState s = pf.Start();
-  s.cmbFormato_index = 0;
-  cmbFormato_Click(s);
-  s.cmbFormato_index = -1;
-  cmbFormato_Click(s);
+  // No selection only empties the catalogue.
+  Choose(s, -1);
   EXPECT_TRUE(s.ColArchTablas.empty());
   EXPECT_EQ(s.current_format_file, "ambos.fmt");
   EXPECT_EQ(s.ConcCrear, "12,7,30");
-  EXPECT_EQ(s.TipoImp.kind, 1);
   EXPECT_EQ(s.lstRelaciones.entries.size(), 6u);
-  EXPECT_TRUE(s.cbBuscar_enabled);
-}
 
-TEST(FormatChoice, SelectingTheSameFormatTwiceListsEveryRelationTwice) {
-  ProgramFolder pf;
-  SessionState s = pf.Start();
-  s.cmbFormato_index = 1;
-  cmbFormato_Click(s);
-  cmbFormato_Click(s);
-  ASSERT_EQ(s.lstRelaciones.entries.size(), 14u);
-  EXPECT_EQ(s.lstRelaciones.entries[7].text, "BPS 1 -> KEL 17");
+  // Neither key: no kind (none left over from the first format), no browsing,
+  // the default relations listed below the old entries.
+  EXPECT_EQ(Choose(s, 1), "00 101 0");
+  EXPECT_TRUE(s.ColArchTablas.empty());
+  EXPECT_EQ(s.ConcCrear, "");
+  EXPECT_EQ(s.TipoBD, 0);
+  EXPECT_EQ(s.relations.kel(0), 17);
+  EXPECT_EQ(s.lstRelaciones.entries.size(), 13u);
+  EXPECT_EQ(s.lstRelaciones.entries[6].text, "BPS 1 -> KEL 17");
+
+  // A database-only format selects kind 0; TipoBD is rounded.
+  EXPECT_EQ(Choose(s, 2), "10 010 1");
+  EXPECT_EQ(s.TipoBD, 3);
+  EXPECT_EQ(s.ColArchTablas.size(), 1u);
+
+  // Pressing a kind button releases the other; an unknown one is ignored.
+  TipoImp_Click(s, 1);
+  TipoImp_Click(s, 5);
+  EXPECT_EQ(s.TipoImp.kind, 1);
+  EXPECT_FALSE(s.TipoImp.pressed[0]);
+  EXPECT_TRUE(s.TipoImp.pressed[1]);
 }
 
 TEST(FormatChoice, MissingOrUnreadableFormatFilesAreReported) {
@@ -168,19 +146,6 @@ TEST(FormatChoice, MissingOrUnreadableFormatFilesAreReported) {
   // Closing does not overwrite a file that could not be read.
   EXPECT_FALSE(SaveFormatKeys(s));
   EXPECT_EQ(TempDir::read(pf.dir / "roto.fmt"), std::string("BD=\0\0", 5));
-}
-
-TEST(TipoImp, PressingAButtonReleasesThePreviousOne) {
-  SessionState s;
-  TipoImp_Click(s, 1);
-  EXPECT_EQ(s.TipoImp.kind, 1);
-  EXPECT_TRUE(s.TipoImp.pressed[1]);
-  TipoImp_Click(s, 0);
-  EXPECT_EQ(s.TipoImp.kind, 0);
-  EXPECT_TRUE(s.TipoImp.pressed[0]);
-  EXPECT_FALSE(s.TipoImp.pressed[1]);
-  TipoImp_Click(s, 5);
-  EXPECT_EQ(s.TipoImp.kind, 0);
 }
 
 TEST(FormUnload, StoresRelacionesAndConcCrearOnly) {

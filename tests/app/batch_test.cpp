@@ -6,95 +6,45 @@
 // with the formats and the template, so a run never touches the build tree.
 #include <gtest/gtest.h>
 #include <sqlite3.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <fcntl.h>
-
-#include <filesystem>
-#include <fstream>
-#include <random>
-#include <sstream>
-#include <string>
-#include <vector>
+#include "run_program.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string read_all(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-struct BatchResult {
-  int status = -1;
-  std::string out;
-  std::string err;
-  bool has(const std::string& line) const { return out.find(line) != std::string::npos; }
-};
+using BatchResult = testing_app::RunResult;
 
 class BatchRun : public ::testing::Test {
  protected:
   void SetUp() override {
-    std::random_device rd;
-    root_ = fs::temp_directory_path() / ("kel_batch_" + std::to_string(rd()) + std::to_string(rd()));
-    prog_ = root_ / "prog";
-    fs::create_directories(prog_);
     const fs::path built = fs::path(KEL_EXECUTABLE).parent_path();
     ASSERT_TRUE(fs::exists(built / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
+    fs::create_directories(prog_);
     for (const fs::directory_entry& e : fs::directory_iterator(built)) {
       const std::string name = e.path().filename().string();
-      if (e.is_directory()) {
-        if (name == "demo" || (name != "Generica" && fs::exists(e.path() / "Pasaje.mdb"))) continue;
+      std::error_code ec;
+      if (!e.is_directory()) {
+        if (name == "kelimport") fs::create_hard_link(e.path(), prog_ / name, ec);
+        if (name != "kelimport" || ec) fs::copy_file(e.path(), prog_ / name);
+      } else if (name == "Generica" || (name != "demo" && !fs::exists(e.path() / "Pasaje.mdb"))) {
         fs::copy(e.path(), prog_ / name, fs::copy_options::recursive);
-      } else if (name == "kelimport") {
-        std::error_code ec;
-        fs::create_hard_link(e.path(), prog_ / name, ec);
-        if (ec) fs::copy_file(e.path(), prog_ / name);
-      } else {
-        fs::copy_file(e.path(), prog_ / name);
       }
     }
     fs::copy(built / "demo", root_ / "demo", fs::copy_options::recursive);
   }
-  void TearDown() override {
-    std::error_code ec;
-    fs::remove_all(root_, ec);
-  }
 
   std::string demo_line(int format = 1) const {
-    return (root_ / "demo" / "Empresa" / "Datos.mdb").string() + "*" + (root_ / "demo" / (format == 0 ? "Origen_CSV" : "Origen_BD")).string() + "*" +
+    return (root_ / "demo" / "Empresa" / "Datos.mdb").string() + "*" +
+           (root_ / "demo" / (format == 0 ? "Origen_CSV" : "Origen_BD")).string() + "*" +
            std::to_string(format);
   }
-
   BatchResult run(std::vector<std::string> args) const {
-    args.insert(args.begin(), {(prog_ / "kelimport").string(), "--batch"});
-    std::vector<char*> argv;
-    for (auto& a : args) argv.push_back(a.data());
-    argv.push_back(nullptr);
-    const fs::path out = root_ / "out.txt", err = root_ / "err.txt";
-    pid_t pid = fork();
-    if (pid == 0) {
-      int o = open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-      int e = open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-      dup2(o, 1);
-      dup2(e, 2);
-      execv(argv[0], argv.data());
-      _exit(127);
-    }
-    int status = 0;
-    waitpid(pid, &status, 0);
-    BatchResult r;
-    if (WIFEXITED(status)) r.status = WEXITSTATUS(status);
-    r.out = read_all(out);
-    r.err = read_all(err);
-    return r;
+    args.insert(args.begin(), "--batch");
+    return testing_app::run_kelimport(args, "", root_.path(), (prog_ / "kelimport").string());
   }
 
-  fs::path root_, prog_;
+  TempDir root_;
+  fs::path prog_ = root_ / "prog";
 };
 
 TEST_F(BatchRun, BadArgumentsExitWithThreeAndTheUsage) {
@@ -125,7 +75,7 @@ TEST_F(BatchRun, BadArgumentsExitWithThreeAndTheUsage) {
                              "); no se importa nada\n");
   // In the three-field form a missing destination asks for one (no dialog in
   // batch mode: none is chosen).
-  BatchResult missing3 = run({"--yes", absent + "*" + root_.string() + "*0"});
+  BatchResult missing3 = run({"--yes", absent + "*" + root_.path().string() + "*0"});
   EXPECT_EQ(missing3.status, 3);
   EXPECT_EQ(missing3.out, "ERROR: No hay una base de KEL abierta (" + absent + "); no se importa nada\n");
 }
@@ -185,7 +135,7 @@ TEST_F(BatchRun, ErrorInTheLoadWritesTheReportAndExitsWithTwo) {
   EXPECT_TRUE(failed.has("ERROR: ")) << failed.out;
   EXPECT_TRUE(failed.has("(detalle en " + report.string() + ")\n")) << failed.out;
   EXPECT_FALSE(failed.has("PREGUNTA:"));
-  const std::string text = read_all(report);
+  const std::string text = TempDir::read(report);
   EXPECT_NE(text.find("Delete * From Personas"), std::string::npos) << text;
   EXPECT_NE(text.find("tabla bloqueada"), std::string::npos) << text;
 }

@@ -3,22 +3,15 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <random>
-
 #include "run_program.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using testing_app::run_kelimport;
 
 class SqlConsole : public testing::Test {
  protected:
   void SetUp() override {
-    std::random_device random;
-    folder_ = fs::temp_directory_path() / ("kel_console_" + std::to_string(random()));
-    fs::create_directories(folder_);
-    db_ = (folder_ / "base.db").string();
     sqlite3* db = nullptr;
     sqlite3_open(db_.c_str(), &db);
     sqlite3_exec(db,
@@ -29,16 +22,12 @@ class SqlConsole : public testing::Test {
                  nullptr, nullptr, nullptr);
     sqlite3_close(db);
   }
-  void TearDown() override {
-    std::error_code ec;
-    fs::remove_all(folder_, ec);
-  }
   testing_app::RunResult run(const std::vector<std::string>& args, const std::string& input = "") {
-    return run_kelimport(args, input, folder_);
+    return testing_app::run_kelimport(args, input, folder_.path());
   }
 
-  fs::path folder_;
-  std::string db_;
+  TempDir folder_;
+  std::string db_ = (folder_ / "base.db").string();
 };
 
 TEST_F(SqlConsole, PrintsResultSetsAsTabSeparatedText) {
@@ -100,18 +89,12 @@ TEST_F(SqlConsole, BadCommandLinesAndDatabases) {
   EXPECT_NE(r.err.find("No se encuentra el archivo"), std::string::npos) << r.err;
   EXPECT_FALSE(fs::exists(folder_ / "falta.db"));
 
-  r = run({"--sql"});
-  EXPECT_EQ(r.status, 2);
-  EXPECT_NE(r.err.find("Falta la base de datos"), std::string::npos);
-  r = run({"--sql", db_, "Select 1", "extra"});
-  EXPECT_EQ(r.status, 2);
-  r = run({"--sql", "--desconocida", db_});
-  EXPECT_EQ(r.status, 2);
-  r = run({"--sql", "--help"});
-  EXPECT_EQ(r.status, 0);
-  EXPECT_NE(r.out.find("Uso: kelimport --sql"), std::string::npos);
-  r = run({"--modo-que-no-existe"});
-  EXPECT_EQ(r.status, 2);
+  const std::vector<std::pair<std::vector<std::string>, int>> lines = {
+      {{"--sql"}, 2}, {{"--sql", db_, "Select 1", "extra"}, 2}, {{"--sql", "--desconocida", db_}, 2},
+      {{"--modo-que-no-existe"}, 2}, {{"--sql", "--help"}, 0}};
+  for (const auto& [args, status] : lines) EXPECT_EQ(run(args).status, status) << args.back();
+  EXPECT_NE(run({"--sql"}).err.find("Falta la base de datos"), std::string::npos);
+  EXPECT_NE(run({"--sql", "--help"}).out.find("Uso: kelimport --sql"), std::string::npos);
 }
 
 }  // namespace

@@ -6,15 +6,12 @@
 
 using namespace settings;
 
-TEST(FormatsTable, ParseLineFillsRowsAfterThePlaceholder) {
+TEST(FormatsTable, ParseLineFillsRowsAfterThePlaceholderAndFindRowIgnoresCase) {
   FormatsTable t;
-  EXPECT_TRUE(t.empty());
-  EXPECT_EQ(t.cell(0, 0), "-1");
-  EXPECT_EQ(t.cell(0, 1), "-1");
-  EXPECT_FALSE(ParseLine("", t));
-  EXPECT_FALSE(ParseLine("   ", t));
-  EXPECT_FALSE(ParseLine("; comentario", t));
-  EXPECT_FALSE(ParseLine("# comentario", t));
+  EXPECT_EQ(t.cell(0, 0) + t.cell(0, 1), "-1-1");
+  EXPECT_EQ(FindRow(t, 0, "-1"), -1);  // the placeholder is not a format
+  for (const char* skipped : {"", "   ", "; comentario", "# comentario"})
+    EXPECT_FALSE(ParseLine(skipped, t)) << skipped;
   EXPECT_TRUE(t.empty());
   EXPECT_TRUE(ParseLine(" Sistema XYZ (archivos) | xyz.fmt ", t));
   EXPECT_TRUE(ParseLine("Otro=otro\\formato.fmt", t));
@@ -28,45 +25,37 @@ TEST(FormatsTable, ParseLineFillsRowsAfterThePlaceholder) {
   EXPECT_EQ(t.cell(3, 1), "");
   EXPECT_THROW(t.cell(4, 0), std::out_of_range);
   EXPECT_THROW(t.cell(0, 2), std::out_of_range);
-}
-
-TEST(FormatsTable, FindRowTrimsAndIgnoresCase) {
-  FormatsTable t;
-  EXPECT_EQ(FindRow(t, 0, "-1"), -1);  // the placeholder is not a format
-  ParseLine("Uno|uno.fmt", t);
-  ParseLine("Dos|DOS.fmt", t);
-  EXPECT_EQ(FindRow(t, 0, "dos"), 1);
-  EXPECT_EQ(FindRow(t, 1, "  dos.FMT "), 1);
+  EXPECT_EQ(FindRow(t, 0, "otro"), 1);
+  EXPECT_EQ(FindRow(t, 1, "  XYZ.FMT "), 0);
   EXPECT_EQ(FindRow(t, 0, "Tres"), -1);
 }
 
 namespace {
-CondNode ListOf(std::vector<CondNode> items) {
-  CondNode l = CondNode::List('*');
+CondNode ListOf(std::vector<CondNode> items, char op = '*') {
+  CondNode l = CondNode::List(op);
   l.items = std::move(items);
   return l;
 }
 }  // namespace
 
-TEST(DevPass, KeepsTheSkippedFifthAndDroppedLastCharacter) {
-  EXPECT_EQ(DevPass(ListOf({CondNode::Leaf("PASS=abc;")})), "abc");
-  EXPECT_EQ(DevPass(ListOf({CondNode::Leaf("pass:abc;")})), "abc");
-  EXPECT_EQ(DevPass(ListOf({CondNode::Leaf("PASS")})), "");
-  EXPECT_EQ(DevPass(ListOf({CondNode::Leaf("PASS=")})), "");
-  EXPECT_EQ(DevPass(ListOf({CondNode::Leaf("PASS=x;")})), "x");
-  EXPECT_EQ(DevPass(ListOf({CondNode::Leaf("NOM(a.mdb)"), CondNode::Leaf("Pass=se*cr;")})), "se*cr");
-  EXPECT_EQ(DevPass(ListOf({CondNode::Leaf("NOM(a.mdb)")})), "");
-  EXPECT_EQ(DevPass(ListOf({})), "");
-}
-
-TEST(DevPass, NestedCollectionFoundFirstEndsTheSearch) {
-  CondNode nested = CondNode::List('+');
-  nested.items = {CondNode::Leaf("NOM(b)"), CondNode::Leaf("PASS=interna;")};
-  EXPECT_EQ(DevPass(ListOf({CondNode::Leaf("NOM(a)"), nested, CondNode::Leaf("PASS=externa;")})), "interna");
-  // A nested collection without a password lets the search go on.
-  CondNode empty = CondNode::List('*');
-  empty.items = {CondNode::Leaf("NOM(b)")};
-  EXPECT_EQ(DevPass(ListOf({empty, CondNode::Leaf("PASS=externa;")})), "externa");
-  // A top-level item before the collection wins over it.
-  EXPECT_EQ(DevPass(ListOf({CondNode::Leaf("PASS=primera;"), nested})), "primera");
+// The password is the item's text from its sixth character, less the last one;
+// the first nested collection that has one ends the search.
+TEST(DevPass, KeepsTheSkippedFifthAndDroppedLastCharacterAndNestedOrder) {
+  using L = CondNode;
+  const CondNode nested = ListOf({L::Leaf("NOM(b)"), L::Leaf("PASS=interna;")}, '+');
+  const CondNode without = ListOf({L::Leaf("NOM(b)")});
+  const std::vector<std::pair<CondNode, std::string>> rows = {
+      {ListOf({L::Leaf("PASS=abc;")}), "abc"},
+      {ListOf({L::Leaf("pass:abc;")}), "abc"},
+      {ListOf({L::Leaf("PASS")}), ""},
+      {ListOf({L::Leaf("PASS=")}), ""},
+      {ListOf({L::Leaf("PASS=x;")}), "x"},
+      {ListOf({L::Leaf("NOM(a.mdb)"), L::Leaf("Pass=se*cr;")}), "se*cr"},
+      {ListOf({L::Leaf("NOM(a.mdb)")}), ""},
+      {ListOf({}), ""},
+      {ListOf({L::Leaf("NOM(a)"), nested, L::Leaf("PASS=externa;")}), "interna"},
+      {ListOf({without, L::Leaf("PASS=externa;")}), "externa"},
+      {ListOf({L::Leaf("PASS=primera;"), nested}), "primera"},
+  };
+  for (std::size_t i = 0; i < rows.size(); ++i) EXPECT_EQ(DevPass(rows[i].first), rows[i].second) << i;
 }

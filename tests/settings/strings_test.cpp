@@ -6,40 +6,35 @@
 using namespace settings;
 
 TEST(Strings, ValReadsTheLeadingNumberLikeBasic) {
-  EXPECT_EQ(Val("20"), 20);
-  EXPECT_EQ(Val("  -1 KEL"), -1);
-  EXPECT_EQ(Val("1-Monto Imponible Mensual"), 1);
-  EXPECT_EQ(Val("H-Haberes"), 0);
-  EXPECT_EQ(Val("1 2"), 12);
-  EXPECT_EQ(Val("2.5e1x"), 25);
-  EXPECT_EQ(Val(""), 0);
-  EXPECT_EQ(Val("."), 0);
-  EXPECT_EQ(ValInt32("2.5"), 2);   // half to even
+  const std::vector<std::pair<std::string, double>> vals = {
+      {"20", 20}, {"  -1 KEL", -1}, {"1-Monto Imponible Mensual", 1}, {"H-Haberes", 0},
+      {"1 2", 12}, {"2.5e1x", 25},  {"", 0},                          {".", 0}};
+  for (const auto& [text, value] : vals) EXPECT_EQ(Val(text), value) << text;
+  EXPECT_EQ(ValInt32("2.5"), 2);  // half to even
   EXPECT_EQ(ValInt32("3.5"), 4);
   EXPECT_EQ(ValInt32("-7.6"), -8);
   bool over = false;
   ValInt32("99999999999", &over);
   EXPECT_TRUE(over);
-  EXPECT_EQ(NumberText(-5), "-5");
-  EXPECT_EQ(NumberText(1.5), "1.5");
+  EXPECT_EQ(NumberText(-5) + NumberText(1.5), "-51.5");
 }
 
 TEST(Strings, CaseInsensitiveHelpers) {
   EXPECT_TRUE(IEquals("Compañía", "COMPAÑÍA"));
   EXPECT_FALSE(IEquals("a", "ab"));
   EXPECT_TRUE(IStartsWith("pass=x", "PASS"));
-  EXPECT_EQ(IFind("Select [BDORIGEN]", "[bdorigen]"), 7u);
-  EXPECT_EQ(IFind("xxAÑOxx", "año"), 2u);
-  EXPECT_EQ(IFind("xxaÑo", "AñO", 3), std::string::npos);
-  EXPECT_EQ(IFind("abcABC", "C", 3), 5u);
-  EXPECT_EQ(IFind("ab", "abc"), std::string::npos);
-  EXPECT_EQ(IFind("ab", "", 1), 1u);
+  struct Find { std::string text, what; std::size_t from, at; };
+  for (const Find& f : std::vector<Find>{{"Select [BDORIGEN]", "[bdorigen]", 0, 7},
+                                         {"xxAÑOxx", "año", 0, 2},
+                                         {"xxaÑo", "AñO", 3, std::string::npos},
+                                         {"abcABC", "C", 3, 5},
+                                         {"ab", "abc", 0, std::string::npos},
+                                         {"ab", "", 1, 1}})
+    EXPECT_EQ(IFind(f.text, f.what, f.from), f.at) << f.text << " / " << f.what;
   EXPECT_EQ(Trim(" \t a b \r\n"), "a b");
   EXPECT_EQ(SplitChar("a||b", '|'), (std::vector<std::string>{"a", "", "b"}));
   EXPECT_EQ(SplitChar("", '|'), (std::vector<std::string>{""}));
-}
-
-TEST(Strings, ReplaceAllIgnoresCaseAndDoesNotRescan) {
+  // Replacing ignores case and does not rescan what it put in.
   EXPECT_EQ(IReplaceAll("[x] y [X]", "[x]", "1"), "1 y 1");
   EXPECT_EQ(IReplaceAll("aaa", "a", "aa"), "aaaaaa");
   EXPECT_EQ(IReplaceAll("abc", "", "z"), "abc");
@@ -47,13 +42,11 @@ TEST(Strings, ReplaceAllIgnoresCaseAndDoesNotRescan) {
 }
 
 TEST(Strings, WildcardMatch) {
-  EXPECT_TRUE(WildcardMatch("EMP2024.TXT", "emp*.txt"));
-  EXPECT_TRUE(WildcardMatch("a.csv", "?.csv"));
-  EXPECT_TRUE(WildcardMatch("ñ.csv", "?.csv"));
-  EXPECT_FALSE(WildcardMatch("ab.csv", "?.csv"));
-  EXPECT_TRUE(WildcardMatch("x", "*"));
-  EXPECT_TRUE(WildcardMatch("", "*"));
-  EXPECT_FALSE(WildcardMatch("emp.txt.bak", "*.txt"));
-  EXPECT_TRUE(WildcardMatch("a.b.txt", "*.txt"));
+  struct Row { std::string name, pattern; bool match; };
+  for (const Row& r : std::vector<Row>{{"EMP2024.TXT", "emp*.txt", true}, {"a.csv", "?.csv", true},
+                                       {"ñ.csv", "?.csv", true},          {"ab.csv", "?.csv", false},
+                                       {"x", "*", true},                  {"", "*", true},
+                                       {"emp.txt.bak", "*.txt", false},   {"a.b.txt", "*.txt", true}})
+    EXPECT_EQ(WildcardMatch(r.name, r.pattern), r.match) << r.name << " ~ " << r.pattern;
   EXPECT_FALSE(WildcardMatch("EMP.TXT", "emp.txt", false));
 }

@@ -96,11 +96,29 @@ const Mapping kTipoMappings[] = {
     {kMensual, 1}, {kAguinaldoTipo, 3}, {kLicenciaTipo, 5}, {kVacacional, 7}, {kRetroactivo, -1},
 };
 
+// The totals the source marks. Ticket alimentación is the source's only
+// partially taxed item and viáticos its only earning outside the IRPF base,
+// so each stands for its total; the source has no additional IRPF concept,
+// so '5' marks nothing. These two are not in kConceptMappings: staged on
+// their own, they are linked by the format alone.
+const TotalMark kTotalMarks[] = {
+    {kMontoImponible, '1'}, {kAguinaldo, '2'},    {kTicketAlimentacion, '7'},
+    {kViaticos, '8'},       {kTotalHaberes, 'H'}, {kTotalDescuentos, 'D'},
+};
+
 }  // namespace
 
 std::span<const ConceptDef> concept_defs() { return kConcepts; }
 std::span<const TipoLiqDef> tipo_liq_defs() { return kTipos; }
 std::span<const Mapping> concept_mappings() { return kConceptMappings; }
 std::span<const Mapping> tipo_liq_mappings() { return kTipoMappings; }
+std::span<const TotalMark> total_bps_marks() { return kTotalMarks; }
+
+char total_bps(int concepto) {
+  for (const TotalMark& m : kTotalMarks) {
+    if (m.concepto == concepto) return m.total_bps;
+  }
+  return '\0';
+}
 
 }  // namespace demo

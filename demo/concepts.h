@@ -65,4 +65,19 @@ struct Mapping {
 std::span<const Mapping> concept_mappings();
 std::span<const Mapping> tipo_liq_mappings();
 
+// The concepts that hold a total the interchange forms mark in
+// Conceptos.TotalBPS ('1', '2', '5', '7', '8' the BPS totals, 'H' total
+// earnings, 'D' total deductions), from which the shipped formats link them
+// to KEL's concepts for those totals. A marked concept the demo also maps in
+// concept_mappings() is mapped there to the same KEL concept the format
+// relates to its total.
+struct TotalMark {
+  int concepto;
+  char total_bps;
+};
+std::span<const TotalMark> total_bps_marks();
+
+// The mark of one source concept, or '\0' when it holds no total.
+char total_bps(int concepto);
+
 }  // namespace demo

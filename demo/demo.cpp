@@ -20,10 +20,10 @@ std::string validate(const DemoOptions& options) {
   return {};
 }
 
-LiquidationCounts generate_source(const DemoOptions& options, const Staff& staff, RowSink& sink) {
+LiquidationCounts generate_source(const DemoOptions& options, const Staff& staff, RowSink& sink, SourceForm form) {
   write_source_company(options, sink);
   write_source_people(options, staff, sink);
-  write_source_codes(options, staff, sink);
+  write_source_codes(options, staff, sink, form);
   return write_source_liquidations(options, staff, sink);
 }
 
@@ -51,6 +51,9 @@ DemoReport build_demo(const DemoOptions& options, const DemoPaths& paths) {
   const auto started = std::chrono::steady_clock::now();
   if (const std::string problem = validate(options); !problem.empty()) throw std::runtime_error(problem);
   if (paths.source == paths.kel) throw std::runtime_error("El origen y la empresa KEL deben ser archivos distintos");
+  if (!paths.interchange.empty() && (paths.interchange == paths.source || paths.interchange == paths.kel)) {
+    throw std::runtime_error("La base de intercambio debe ser un archivo distinto del origen y de la empresa KEL");
+  }
   const std::filesystem::path dir(paths.schema_dir);
 
   DemoReport report;
@@ -65,6 +68,15 @@ DemoReport build_demo(const DemoOptions& options, const DemoPaths& paths) {
     source.finish();
     report.source_rows = source.row_counts();
     collect_missing(source, report.missing);
+  }
+  if (!paths.interchange.empty()) {
+    // Generated again rather than copied: the rows are the same (same
+    // options, same seed) and the Conceptos rows get their TotalBPS marks.
+    make_parent(paths.interchange);
+    SqliteWriter interchange(paths.interchange, {(dir / "pasaje.sql").string()}, {kInterchangeSchemaSql});
+    generate_source(options, staff, interchange, SourceForm::Interchange);
+    interchange.finish();
+    collect_missing(interchange, report.missing);
   }
   make_parent(paths.kel);
   {

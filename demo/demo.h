@@ -15,6 +15,7 @@
 #include "demo/demo_options.h"
 #include "demo/liquidations.h"
 #include "demo/row_sink.h"
+#include "demo/source_company.h"
 #include "demo/staff.h"
 
 namespace demo {
@@ -23,6 +24,9 @@ struct DemoPaths {
   std::string source;      // the source company database to write
   std::string kel;         // the KEL company database to write
   std::string schema_dir;  // folder with pasaje.sql, kel.sql and kel_base.sql
+  // Optional: the source again as an interchange database (the staging
+  // schema plus Conceptos.TotalBPS), the form format 1 reads. Empty: none.
+  std::string interchange = {};
 };
 
 struct DemoReport {
@@ -36,14 +40,21 @@ struct DemoReport {
   double seconds = 0;  // wall time of the whole build
 };
 
-// Writes every table of the source company into `sink`.
-LiquidationCounts generate_source(const DemoOptions& options, const Staff& staff, RowSink& sink);
+// Writes every table of the source company into `sink`, with the columns of
+// `form` (an interchange form adds Conceptos.TotalBPS).
+LiquidationCounts generate_source(const DemoOptions& options, const Staff& staff, RowSink& sink,
+                                  SourceForm form = SourceForm::Staging);
+
+// The statement that turns a database made from the staging schema into the
+// interchange schema: the one column the interchange forms add.
+inline constexpr const char* kInterchangeSchemaSql = "ALTER TABLE Conceptos ADD COLUMN TotalBPS TEXT COLLATE NOCASE";
 
 // Writes the KEL company's own rows into `sink` (the base data are the
 // schema's).
 void generate_kel(const DemoOptions& options, const Staff& staff, RowSink& sink);
 
-// Creates both databases (replacing existing files; folders are created).
+// Creates both databases, and the interchange database when its path is
+// given (replacing existing files; folders are created).
 // Throws std::runtime_error with a Spanish message when the options are
 // invalid, a schema script is missing or a database cannot be written.
 DemoReport build_demo(const DemoOptions& options, const DemoPaths& paths);

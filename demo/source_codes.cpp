@@ -1,6 +1,8 @@
 // demo/source_codes.cpp — concepts, liquidation types, mappings and exchange
 // rates of the demo source company.
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include "demo/concepts.h"
 #include "demo/prng.h"
@@ -12,12 +14,14 @@ namespace {
 constexpr std::uint64_t kRatesStream = 12;
 }  // namespace
 
-void write_source_codes(const DemoOptions& options, const Staff& staff, RowSink& sink) {
+void write_source_codes(const DemoOptions& options, const Staff& staff, RowSink& sink, SourceForm form) {
   RowBuilder row;
-  const int conceptos = sink.declare_table(
-      "Conceptos", {"id_Concepto", "Codigo", "NombreReducido", "Nombre", "id_ConsLiquidacion", "TipoDato",
-                    "TipoOperacion", "ModificaNominal", "RedoCoef", "RedoCant", "id_Moneda", "FCant", "FCoef",
-                    "VisibleEnRec"});
+  const bool interchange = form == SourceForm::Interchange;
+  std::vector<std::string> concept_columns = {"id_Concepto", "Codigo", "NombreReducido", "Nombre",
+                                              "id_ConsLiquidacion", "TipoDato", "TipoOperacion", "ModificaNominal",
+                                              "RedoCoef", "RedoCant", "id_Moneda", "FCant", "FCoef", "VisibleEnRec"};
+  if (interchange) concept_columns.emplace_back("TotalBPS");
+  const int conceptos = sink.declare_table("Conceptos", concept_columns);
   for (const ConceptDef& c : concept_defs()) {
     row.reset().i(c.id).t(c.codigo).t(c.nombre_reducido).t(c.nombre).null().i(c.tipo_dato)
         .t(std::string(1, c.operacion)).yes_no(c.modifica_nominal).i(2).i(2).i(1);
@@ -25,6 +29,9 @@ void write_source_codes(const DemoOptions& options, const Staff& staff, RowSink&
     if (*c.fcant) row.t(c.fcant); else row.null();
     if (*c.fcoef) row.t(c.fcoef); else row.null();
     row.yes_no(c.id < kDiasTrabajados || c.id == kLiquido);
+    if (interchange) {
+      if (const char mark = total_bps(c.id)) row.t(std::string(1, mark)); else row.null();
+    }
     sink.add_row(conceptos, row.values());
   }
 

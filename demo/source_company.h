@@ -13,6 +13,12 @@
 
 namespace demo {
 
+// Which form of the source the rows are for: the staging database (the
+// staging schema, nothing more) or an interchange form (CSV files or an
+// interchange database), which also carries Conceptos.TotalBPS, the column
+// the shipped formats read to link the totals' concepts.
+enum class SourceForm { Staging, Interchange };
+
 // Company, registrations and catalogues.
 void write_source_company(const DemoOptions& options, RowSink& sink);
 
@@ -20,6 +26,7 @@ void write_source_company(const DemoOptions& options, RowSink& sink);
 void write_source_people(const DemoOptions& options, const Staff& staff, RowSink& sink);
 
 // Concepts, liquidation types, their pre-filled mappings and exchange rates.
-void write_source_codes(const DemoOptions& options, const Staff& staff, RowSink& sink);
+void write_source_codes(const DemoOptions& options, const Staff& staff, RowSink& sink,
+                        SourceForm form = SourceForm::Staging);
 
 }  // namespace demo

@@ -12,7 +12,7 @@ std::map<std::string, std::int64_t> write_source_csv(const DemoOptions& options,
   if (const std::string problem = validate(options); !problem.empty()) throw std::runtime_error(problem);
   const Staff staff = plan_staff(options);
   CsvWriter writer(folder);
-  generate_source(options, staff, writer);
+  generate_source(options, staff, writer, SourceForm::Interchange);
   writer.finish();
   return writer.row_counts();
 }

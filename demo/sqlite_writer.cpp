@@ -40,12 +40,18 @@ std::string read_text_file(const std::string& path) {
   return text.str();
 }
 
-SqliteWriter::SqliteWriter(const std::string& path, const std::vector<std::string>& scripts)
+SqliteWriter::SqliteWriter(const std::string& path, const std::vector<std::string>& scripts,
+                           const std::vector<std::string>& statements)
     : path_(path), work_path_(path + ".tmp") {
   // Scripts are read before anything is touched, and the database is built
   // beside its final name: an existing file is replaced only by a complete one.
+  std::vector<std::string> names = scripts;
   std::vector<std::string> texts;
   for (const std::string& script : scripts) texts.push_back(read_text_file(script));
+  for (const std::string& statement : statements) {
+    names.push_back(statement);
+    texts.push_back(statement);
+  }
   std::error_code ec;
   std::filesystem::remove(work_path_, ec);
   if (sqlite3_open_v2(work_path_.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK) {
@@ -55,7 +61,7 @@ SqliteWriter::SqliteWriter(const std::string& path, const std::vector<std::strin
     throw std::runtime_error("No se puede crear la base de datos '" + path + "': " + msg);
   }
   try {
-    prepare(scripts, texts);
+    prepare(names, texts);
   } catch (...) {
     sqlite3_close(db_);
     db_ = nullptr;

@@ -33,8 +33,11 @@ class SqliteWriter final : public RowSink {
   // `scripts` in order and starts the transaction. The rows go into
   // `path` + ".tmp", which finish() renames to `path`; until then an existing
   // `path` is left as it was. Throws std::runtime_error with a Spanish message
-  // naming the file when a script is missing or fails.
-  SqliteWriter(const std::string& path, const std::vector<std::string>& scripts);
+  // naming the file when a script is missing or fails. `statements` (SQL
+  // texts) run after the scripts, for a schema that differs from a script's
+  // by a column or two.
+  SqliteWriter(const std::string& path, const std::vector<std::string>& scripts,
+               const std::vector<std::string>& statements = {});
   ~SqliteWriter() override;
   SqliteWriter(const SqliteWriter&) = delete;
   SqliteWriter& operator=(const SqliteWriter&) = delete;

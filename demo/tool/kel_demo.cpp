@@ -2,12 +2,13 @@
 //
 //   kel_demo --employees N --years Y [--seed S] [--last-year A]
 //            --source ORIGEN.mdb --kel EMPRESA/DATOS.mdb --schema-dir DIR
-//            [--csv CARPETA]
+//            [--csv CARPETA] [--bd INTERCAMBIO.mdb]
 //
 // Writes the demo source company (staging schema) and the demo KEL company
 // and prints what it wrote; with --csv, the source company also as interchange
-// CSV files in that folder. Exit status 0 on success, 1 on bad arguments,
-// 2 when the databases cannot be written.
+// CSV files in that folder, with --bd also as an interchange database. Exit
+// status 0 on success, 1 on bad arguments, 2 when the databases cannot be
+// written.
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -23,7 +24,7 @@ void usage() {
   std::fprintf(stderr,
                "Uso: kel_demo --employees N --years A [--seed S] [--last-year AAAA]\n"
                "              --source ORIGEN.mdb --kel EMPRESA/DATOS.mdb --schema-dir CARPETA\n"
-               "              [--csv CARPETA]\n");
+               "              [--csv CARPETA] [--bd INTERCAMBIO.mdb]\n");
 }
 
 bool parse_int(const char* text, long long min, long long max, long long& out) {
@@ -70,6 +71,8 @@ int main(int argc, char** argv) {
       paths.schema_dir = value;
     } else if (arg == "--csv") {
       csv_folder = value;
+    } else if (arg == "--bd") {
+      paths.interchange = value;
     } else {
       std::fprintf(stderr, "Opción desconocida: %s\n", argv[i - 1]);
       usage();
@@ -88,6 +91,7 @@ int main(int argc, char** argv) {
   try {
     const demo::DemoReport r = demo::build_demo(options, paths);
     std::printf("Origen: %s\nEmpresa KEL: %s\n", paths.source.c_str(), paths.kel.c_str());
+    if (!paths.interchange.empty()) std::printf("Base de intercambio: %s\n", paths.interchange.c_str());
     std::printf("Personas %lld, contratos %lld, encabezados %lld, líneas %lld, %.2f s\n",
                 static_cast<long long>(r.persons), static_cast<long long>(r.contracts),
                 static_cast<long long>(r.liquidations.headers), static_cast<long long>(r.liquidations.lines),

@@ -1,6 +1,8 @@
 // End-to-end: a session on a copy of the bundled demo company with the shipped
 // formats stages the demo's source, in its database-file form (format 1) and
-// in its CSV form (format 0), and both give the source's rows.
+// in its CSV form (format 0), and both give the source's rows and link the
+// concepts the source marks as totals.
+#include <algorithm>
 #include <map>
 
 #include "controller_fixture.h"
@@ -68,17 +70,32 @@ struct DemoCopy {
     EXPECT_EQ(c.state.cmbFormato_index, index);
     c.Form_Activate();
     EXPECT_FALSE(c.lblDatosCP_visible);
-    // The demo's concepts carry no TotalBPS column, which only the optional
-    // automatic links read: the database form's link statements are refused
-    // (and ignored), the CSV form leaves the column empty. Nothing else fails.
-    EXPECT_EQ(c.last_load_stats.statements_failed, index == 1 ? 7 : 0);
-    for (const std::string& w : c.last_load_warnings)
-      EXPECT_TRUE(w.find("TotalBPS") != std::string::npos || w.find("conceptos.sql") != std::string::npos) << w;
+    // Both forms carry every column the formats read, Conceptos.TotalBPS
+    // included: nothing is refused and there is nothing to warn about.
+    EXPECT_EQ(c.last_load_stats.statements_failed, 0);
+    for (const std::string& w : c.last_load_warnings) ADD_FAILURE() << w;
     EXPECT_EQ(c.state.ChkOP, (std::array<bool, 5>{true, true, true, true, true}));
     c.Form_Unload();
     return row_counts(staging);
   }
 };
+
+// The concept links the source's TotalBPS marks call for, "CodOS>CodKEL"
+// in concept order, read from the interchange database: each mark's KEL
+// concept is the shipped formats' Relaciones row for that total.
+std::string marked_links(const fs::path& interchange_db) {
+  return kel_test::query_text(
+      interchange_db,
+      "SELECT group_concat(id_Concepto || '>' || CASE TotalBPS WHEN '1' THEN 17 WHEN '2' THEN 13 WHEN '5' THEN 45 "
+      "WHEN '7' THEN 12 WHEN '8' THEN 71 WHEN 'H' THEN 53 WHEN 'D' THEN 4 ELSE 'marca ' || TotalBPS END, ',') "
+      "FROM (SELECT * FROM Conceptos WHERE TotalBPS IS NOT NULL ORDER BY id_Concepto)");
+}
+
+// The staged concept links, in the same form.
+std::string staged_links(const fs::path& staging) {
+  return kel_test::query_text(
+      staging, "SELECT group_concat(CodOS || '>' || CodKEL, ',') FROM (SELECT * FROM RelacConc ORDER BY CodOS, CodKEL)");
+}
 
 // Every table of the source holds, once staged, the source's rows; the
 // mapping tables and the kept base tables are not copied from the source.
@@ -102,6 +119,12 @@ TEST(DemoSession, DatabaseFileFormStagesEveryTable) {
   const Counts staged = d.stage(d.demo / "Origen_BD", 1, ui);
   EXPECT_TRUE(ui.log.empty()) << ui.log.front();
   expect_source_rows_staged(row_counts(d.demo / "Origen.mdb"), staged);
+  // A new staging database has no mappings: every marked concept is linked
+  // by the format, and only those.
+  const std::string links = marked_links(d.demo / "Origen_BD" / "origen.mdb");
+  EXPECT_GE(std::count(links.begin(), links.end(), ','), 5) << links;
+  EXPECT_EQ(links.find("marca"), std::string::npos) << links;
+  EXPECT_EQ(staged_links(d.staging), links);
   // The build tree's demo is untouched: its staging database is elsewhere.
   EXPECT_FALSE(fs::exists(kBuiltProgram / "Empresa" / "Pasaje.mdb") &&
                fs::last_write_time(kBuiltProgram / "Empresa" / "Pasaje.mdb") > fs::last_write_time(d.staging));
@@ -136,7 +159,15 @@ TEST(DemoSession, CsvFormStagesTheSameDataAsTheDatabaseForm) {
   std::vector<std::string> digests;
   for (const char* sql : kDigests) digests.push_back(kel_test::query_text(d.staging, sql));
 
+  // The CSV form carries the same marks as the database form.
+  const std::string links = marked_links(d.demo / "Origen_BD" / "origen.mdb");
+  EXPECT_FALSE(links.empty());
+  EXPECT_EQ(staged_links(d.staging), links);
+
+  // Loaded again from the other form, over the kept mappings: the links are
+  // already there and none is added twice.
   const Counts from_db = d.stage(d.demo / "Origen_BD", 1, ui);
+  EXPECT_EQ(staged_links(d.staging), links);
   EXPECT_EQ(from_csv, from_db);
   expect_source_rows_staged(row_counts(d.demo / "Origen.mdb"), from_csv);
   for (std::size_t i = 0; i < digests.size(); ++i) {

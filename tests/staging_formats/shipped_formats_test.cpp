@@ -3,6 +3,7 @@
 // formats, must give the same staged data, table by table.
 #include <gtest/gtest.h>
 
+#include "demo/concepts.h"
 #include "demo/csv_writer.h"
 #include "demo/demo.h"
 #include "demo/sqlite_writer.h"
@@ -65,6 +66,50 @@ std::string FirstRow(db::SqliteConnection& c, const std::string& sql) {
   return out;
 }
 
+// The KEL concept the format relates to a TotalBPS mark, by the order of the
+// format's Relaciones rows (the run's relation ids).
+int RelationFor(const FormatRun& run, char mark) {
+  const std::string marks = "12578HD";
+  const auto at = marks.find(mark);
+  return at == std::string::npos ? -2 : run.load.values.relation_ids.at(at);
+}
+
+// RelacConc as source concept -> KEL concepts (several if a concept were
+// linked twice).
+std::multimap<long long, long long> Links(db::SqliteConnection& c) {
+  std::multimap<long long, long long> links;
+  sqlite3_stmt* stmt = nullptr;
+  sqlite3_prepare_v2(c.handle(), "SELECT CodOS, CodKEL FROM main.RelacConc", -1, &stmt, nullptr);
+  while (sqlite3_step(stmt) == SQLITE_ROW) links.emplace(sqlite3_column_int64(stmt, 0), sqlite3_column_int64(stmt, 1));
+  sqlite3_finalize(stmt);
+  return links;
+}
+
+// A small demo company written in both interchange forms under `dir`:
+// Origen_CSV/*.csv and Origen_BD/origen.mdb. Returns the rows per CSV file.
+std::map<std::string, std::int64_t> WriteInterchangeForms(const std::filesystem::path& dir) {
+  demo::DemoOptions options;
+  options.employees = 20;
+  options.years = 1;
+  options.seed = 7;
+  const demo::Staff staff = demo::plan_staff(options);
+  std::map<std::string, std::int64_t> rows;
+  {
+    demo::CsvWriter csv(dir / "Origen_CSV");
+    demo::generate_source(options, staff, csv, demo::SourceForm::Interchange);
+    csv.finish();
+    rows = csv.row_counts();
+    EXPECT_TRUE(csv.missing_columns().empty());
+  }
+  std::filesystem::create_directories(dir / "Origen_BD");
+  demo::SqliteWriter db((dir / "Origen_BD" / "origen.mdb").string(),
+                        {std::string(KEL_SOURCE_DIR) + "/schema/pasaje.sql"}, {demo::kInterchangeSchemaSql});
+  demo::generate_source(options, staff, db, demo::SourceForm::Interchange);
+  db.finish();
+  EXPECT_TRUE(db.missing_columns().empty()) << *db.missing_columns().begin();
+  return rows;
+}
+
 }  // namespace
 
 TEST(ShippedFormats, ConfImpListsBothFormats) {
@@ -85,43 +130,29 @@ TEST(ShippedFormats, ConfImpListsBothFormats) {
 
 TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {
   TempFolder dir;
-  demo::DemoOptions options;
-  options.employees = 20;
-  options.years = 1;
-  options.seed = 7;
-  const demo::Staff staff = demo::plan_staff(options);
-  std::map<std::string, std::int64_t> rows;
-  {
-    demo::CsvWriter csv(dir.path() / "Origen_CSV");
-    demo::generate_source(options, staff, csv);
-    csv.finish();
-    rows = csv.row_counts();
-    EXPECT_TRUE(csv.missing_columns().empty());
-  }
-  {
-    std::filesystem::create_directories(dir.path() / "Origen_BD");
-    demo::SqliteWriter db((dir.path() / "Origen_BD" / "origen.mdb").string(),
-                          {std::string(KEL_SOURCE_DIR) + "/schema/pasaje.sql"});
-    demo::generate_source(options, staff, db);
-    db.finish();
-  }
+  const std::map<std::string, std::int64_t> rows = WriteInterchangeForms(dir.path());
 
   FormatRun csv_run, bd_run;
   RunFormat(csv_run, "Intercambio_CSV.fmt", dir.path() / "Origen_CSV", dir.path() / "PasajeCSV.mdb");
   RunFormat(bd_run, "Intercambio_BD.fmt", dir.path() / "Origen_BD", dir.path() / "PasajeBD.mdb");
   EXPECT_EQ(csv_run.found, 24);
   EXPECT_EQ(bd_run.found, 24);
-  // The demo's data convert cleanly: nothing refused, nothing lost.
-  // (The demo's concepts carry no TotalBPS column, the only column the
-  // format reads that it lacks.)
-  for (const auto& w : csv_run.load.warnings) {
-    if (w != "Conceptos.csv: el archivo no trae las columnas TotalBPS (quedan vacías)") ADD_FAILURE() << "CSV: " << w;
-  }
+  // The demo's data convert cleanly, TotalBPS included: nothing refused,
+  // nothing lost, nothing to warn about.
+  for (const auto& w : csv_run.load.warnings) ADD_FAILURE() << "CSV: " << w;
+  for (const auto& w : bd_run.load.warnings) ADD_FAILURE() << "BD: " << w;
   EXPECT_EQ(csv_run.load.stats.bad_values, 0);
   EXPECT_EQ(csv_run.load.stats.statements_failed, 0);
-  // The demo database has no TotalBPS column: only the automatic-link
-  // statement may fail there.
-  EXPECT_EQ(bd_run.load.stats.statements_failed, 1);
+  EXPECT_EQ(bd_run.load.stats.statements_failed, 0);
+
+  // On a new staging database every concept marked in TotalBPS is linked to
+  // the KEL concept of its total, once, and nothing else is linked.
+  for (FormatRun* run : {&csv_run, &bd_run}) {
+    std::multimap<long long, long long> expected;
+    for (const demo::TotalMark& m : demo::total_bps_marks()) expected.emplace(m.concepto, RelationFor(*run, m.total_bps));
+    EXPECT_EQ(Links(*run->staging), expected);
+  }
+  EXPECT_GE(demo::total_bps_marks().size(), 6u);
 
   auto& a = *csv_run.staging;
   auto& b = *bd_run.staging;
@@ -153,4 +184,51 @@ TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {
             Count(b, "SELECT sum(id_Dato * 7 + id_Concepto + CAST(round(Monto * 100) AS INTEGER)) FROM Datos_Liquidacion"));
   EXPECT_EQ(Count(a, "SELECT sum(CAST(round(Liquido * 100) AS INTEGER)) FROM main.Encabezados"),
             Count(b, "SELECT sum(CAST(round(Liquido * 100) AS INTEGER)) FROM Encabezados"));
+}
+
+// The automatic links never overrule the user: a concept the user already
+// mapped (to a KEL concept or to "No Importar", -1) keeps that mapping, and a
+// reload links nothing twice. The demo's own mappings agree with the links.
+TEST(ShippedFormats, AutomaticLinksKeepTheUsersMappings) {
+  TempFolder dir;
+  WriteInterchangeForms(dir.path());
+  // The user has the demo's mappings and set viáticos (marked '8') to
+  // "No Importar"; ticket alimentación (marked '7') is still unmapped.
+  auto user_mappings = [](FormatRun& run) {
+    std::string sql = "INSERT INTO RelacConc (CodKEL, CodOS) VALUES (-1, " + std::to_string(demo::kViaticos) + ")";
+    for (const demo::Mapping& m : demo::concept_mappings()) {
+      sql += ", (" + std::to_string(m.cod_kel) + ", " + std::to_string(m.cod_os) + ")";
+    }
+    ASSERT_EQ(sqlite3_exec(run.staging->handle(), sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+  };
+  for (const char* format : {"Intercambio_CSV.fmt", "Intercambio_BD.fmt"}) {
+    SCOPED_TRACE(format);
+    const bool csv = std::string(format).find("CSV") != std::string::npos;
+    FormatRun run;
+    RunFormat(run, format, dir.path() / (csv ? "Origen_CSV" : "Origen_BD"), dir.path() / "Pasaje.mdb", user_mappings);
+    EXPECT_EQ(run.load.stats.statements_failed, 0);
+    EXPECT_TRUE(run.load.warnings.empty()) << run.load.warnings.front();
+
+    std::multimap<long long, long long> expected = {{demo::kViaticos, -1}};
+    for (const demo::Mapping& m : demo::concept_mappings()) expected.emplace(m.cod_os, m.cod_kel);
+    bool some_marked_unmapped = false;
+    for (const demo::TotalMark& m : demo::total_bps_marks()) {
+      const auto mapped = expected.find(m.concepto);
+      if (mapped == expected.end()) {
+        expected.emplace(m.concepto, RelationFor(run, m.total_bps));
+        some_marked_unmapped = true;
+      } else if (m.concepto != demo::kViaticos) {
+        // The demo maps a total's concept where the format would have.
+        EXPECT_EQ(mapped->second, RelationFor(run, m.total_bps)) << "concepto " << m.concepto;
+      }
+    }
+    EXPECT_TRUE(some_marked_unmapped) << "the demo leaves a marked concept for the format to link";
+    EXPECT_EQ(expected.count(demo::kTicketAlimentacion), 1u);
+    EXPECT_EQ(Links(*run.staging), expected);
+
+    // The same source loaded again: RelacConc is kept and nothing is added.
+    staging::CargarDatos(run.load);
+    EXPECT_EQ(run.load.stats.statements_failed, 0);
+    EXPECT_EQ(Links(*run.staging), expected);
+  }
 }

@@ -52,25 +52,21 @@ class Db {
   // All rows, each column as text ("" for Null).
   std::vector<std::vector<std::string>> rows(std::string_view sql) const {
     sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(db_, std::string(sql).c_str(), -1, &st, nullptr) != SQLITE_OK) {
+    if (sqlite3_prepare_v2(db_, std::string(sql).c_str(), -1, &st, nullptr) != SQLITE_OK)
       throw std::runtime_error(std::string(sqlite3_errmsg(db_)) + " in " + std::string(sql));
-    }
     std::vector<std::vector<std::string>> out;
     while (sqlite3_step(st) == SQLITE_ROW) {
-      std::vector<std::string> row;
+      auto& row = out.emplace_back();
       for (int i = 0; i < sqlite3_column_count(st); ++i) {
         const auto* t = reinterpret_cast<const char*>(sqlite3_column_text(st, i));
         row.emplace_back(t ? t : "");
       }
-      out.push_back(std::move(row));
     }
     sqlite3_finalize(st);
     return out;
   }
-  std::int64_t integer(std::string_view sql) const {
-    const auto r = rows(sql);
-    return r.empty() || r[0].empty() ? 0 : std::stoll(r[0][0]);
-  }
+  // The first value of a query, as a number (0 when none) or as text.
+  std::int64_t integer(std::string_view sql) const { const auto v = text(sql); return v.empty() ? 0 : std::stoll(v); }
   std::string text(std::string_view sql) const {
     const auto r = rows(sql);
     return r.empty() || r[0].empty() ? "" : r[0][0];

@@ -121,9 +121,3 @@ TEST(ConditionMatch, KnowsWhenContentsAreNeeded) {
   EXPECT_TRUE(NeedsContents(ParseCondition("DINT(x)-").tree));
   EXPECT_FALSE(NeedsContents(ParseCondition("").tree));
 }
-
-TEST(ConditionMatch, PasswordIsFoundInAParsedTree) {
-  EXPECT_EQ(settings::DevPass(ParseCondition("NOM(s.mdb)*PASS=clave;").tree), "clave");
-  EXPECT_EQ(settings::DevPass(ParseCondition("(NOM(a)*PASS=dentro;)+PASS=fuera;").tree), "dentro");
-  EXPECT_EQ(settings::DevPass(ParseCondition("NOM(a)").tree), "");
-}

@@ -102,13 +102,8 @@ TEST_F(InterchangeTable, BadFilesGiveMessagesNotCrashes) {
   EXPECT_FALSE(load.ok);
   EXPECT_NE(load.error.find("No se pudo leer el archivo de datos"), std::string::npos);
 
-  auto file = dir_.write("d.csv", "Nombre\nMu\xF1oz\n");
-  load = LoadDataFile(c, file, layout);
-  EXPECT_FALSE(load.ok);
-  EXPECT_NE(load.error.find("no está escrito en UTF-8"), std::string::npos);
-  EXPECT_NE(load.error.find("línea 2"), std::string::npos);
-
-  file = dir_.write("vacio.csv", "");
+  // (A file in the wrong encoding is refused by the decoder, tested with it.)
+  auto file = dir_.write("vacio.csv", "");
   load = LoadDataFile(c, file, layout);
   EXPECT_FALSE(load.ok);
   EXPECT_NE(load.error.find("falta la línea de encabezado"), std::string::npos);

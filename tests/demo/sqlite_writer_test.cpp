@@ -2,7 +2,6 @@
 // name, survives small schema changes, and writes all or nothing.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <set>
 
 #include "demo/sqlite_writer.h"
@@ -14,9 +13,7 @@ using demo_test::Db;
 using demo_test::TempDir;
 
 std::string write_script(const TempDir& dir, const std::string& name, const std::string& text) {
-  const std::string path = dir.file(name);
-  std::ofstream(path) << text;
-  return path;
+  return dir.write(name, text).string();
 }
 
 TEST(SqliteWriter, InsertsByNameSkippingColumnsTheSchemaLacks) {

@@ -2,33 +2,27 @@
 // and the base data of a fresh KEL company.
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "schema/database_scripts.h"
 #include "schema_helpers.h"
 
 namespace schema_test {
 namespace {
 
-void write(const std::filesystem::path& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
-}
-
 TEST(DatabaseScripts, CreatesAfreshAndReportsTheRefusedLine) {
   TempDir dir;
   const auto db_path = dir.path() / "sub" / "x.db";
-  write(dir.path() / "a.sql", "-- tabla\nCREATE TABLE T (a INTEGER);\nINSERT INTO T VALUES (1);\n-- fin\n");
-  write(dir.path() / "b.sql", "INSERT INTO T VALUES (2);\n\n  INSERT INTO Nada VALUES (3);\n");
+  const auto a = dir.write("a.sql", "-- tabla\nCREATE TABLE T (a INTEGER);\nINSERT INTO T VALUES (1);\n-- fin\n");
+  const auto b = dir.write("b.sql", "INSERT INTO T VALUES (2);\n\n  INSERT INTO Nada VALUES (3);\n");
   std::string error;
 
   // Missing parent folders are created.
-  ASSERT_TRUE(schema::create_database_from_scripts(db_path, {dir.path() / "a.sql"}, error)) << error;
+  ASSERT_TRUE(schema::create_database_from_scripts(db_path, {a}, error)) << error;
   {
     Db db(db_path);
     db.exec("INSERT INTO T VALUES (9)");
   }
   // A second creation starts from an empty file, not from the old contents.
-  ASSERT_TRUE(schema::create_database_from_scripts(db_path, {dir.path() / "a.sql"}, error)) << error;
+  ASSERT_TRUE(schema::create_database_from_scripts(db_path, {a}, error)) << error;
   {
     Db db(db_path);
     EXPECT_EQ(db.value("SELECT group_concat(a) FROM T"), "1");
@@ -40,7 +34,7 @@ TEST(DatabaseScripts, CreatesAfreshAndReportsTheRefusedLine) {
   EXPECT_TRUE(std::filesystem::exists(db_path));
 
   // A refused statement names its script and line; nothing is left behind.
-  EXPECT_FALSE(schema::create_database_from_scripts(db_path, {dir.path() / "a.sql", dir.path() / "b.sql"}, error));
+  EXPECT_FALSE(schema::create_database_from_scripts(db_path, {a, b}, error));
   EXPECT_NE(error.find("b.sql, línea 3"), std::string::npos) << error;
   EXPECT_NE(error.find("Nada"), std::string::npos) << error;
   EXPECT_FALSE(std::filesystem::exists(db_path));

@@ -141,6 +141,8 @@ TEST(InterchangeDecode, DetectsAndForcesEncodings) {
   EXPECT_EQ(bytes, "A;B");
 }
 
+namespace {
+
 // A converted field as text: "!" when refused, "null", "i:<n>", "r:<x>" or "t:<text>".
 std::string Convert(const std::string& field, const DataColumn& column, char decimal = '.', bool quoted = false) {
   FieldValue v;
@@ -152,6 +154,8 @@ std::string Convert(const std::string& field, const DataColumn& column, char dec
     default: return "null";
   }
 }
+
+}  // namespace
 
 TEST(InterchangeConvert, TypedFieldsAndBadValues) {
   const DataColumn integer = Col("N", ColumnType::Integer), real = Col("R", ColumnType::Real);

@@ -6,20 +6,17 @@
 
 using namespace settings;
 
-TEST(Paths, NormalisesWindowsAndPosixSeparators) {
-  EXPECT_EQ(NormaliseRelativeName("Sql\\emp.sql"), "Sql/emp.sql");
-  EXPECT_EQ(NormaliseRelativeName(".\\Sql\\\\sub//emp.sql"), "Sql/sub/emp.sql");
-  EXPECT_EQ(NormaliseRelativeName("..\\otro\\a.sql"), "../otro/a.sql");
-  EXPECT_EQ(NormaliseRelativeName("\\raiz\\a"), "/raiz/a");
-  EXPECT_EQ(NormaliseRelativeName(""), "");
-}
+TEST(Paths, NormalisesSeparatorsAndFindsNamesOfAnotherCase) {
+  const std::vector<std::pair<std::string, std::string>> names = {
+      {"Sql\\emp.sql", "Sql/emp.sql"}, {".\\Sql\\\\sub//emp.sql", "Sql/sub/emp.sql"},
+      {"..\\otro\\a.sql", "../otro/a.sql"}, {"\\raiz\\a", "/raiz/a"}, {"", ""}};
+  for (const auto& [name, normal] : names) EXPECT_EQ(NormaliseRelativeName(name), normal) << name;
 
-TEST(Paths, ProgramPathJoinsAndFindsNamesOfAnotherCase) {
   TempDir dir;
   dir.write("Sql/Empleados.SQL", "x");
-  EXPECT_EQ(ProgramPath(dir.path(), "Sql\\Empleados.SQL"), dir.path() / "Sql/Empleados.SQL");
-  EXPECT_EQ(ProgramPath(dir.path(), "sql\\empleados.sql"), dir.path() / "Sql/Empleados.SQL");
-  EXPECT_EQ(ProgramPath(dir.path(), "sql/falta.sql"), dir.path() / "sql/falta.sql");
+  EXPECT_EQ(ProgramPath(dir.path(), "Sql\\Empleados.SQL"), dir / "Sql/Empleados.SQL");
+  EXPECT_EQ(ProgramPath(dir.path(), "sql\\empleados.sql"), dir / "Sql/Empleados.SQL");
+  EXPECT_EQ(ProgramPath(dir.path(), "sql/falta.sql"), dir / "sql/falta.sql");
   EXPECT_EQ(ProgramPath(dir.path(), "/abs/a.sql"), std::filesystem::path("/abs/a.sql"));
   EXPECT_EQ(ProgramPath("/prog/", "ConfIMP.ini"), std::filesystem::path("/prog/ConfIMP.ini"));
 }

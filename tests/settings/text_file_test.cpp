@@ -8,22 +8,23 @@
 using namespace settings;
 
 TEST(Encoding, DecodesUtf8Windows1252AndUtf16) {
-  TextEncoding e;
-  std::string err;
-  EXPECT_EQ(*DecodeAuto("Ni\xC3\xB1o", &e, &err), "Niño");
-  EXPECT_EQ(e, TextEncoding::Utf8);
-  EXPECT_EQ(*DecodeAuto("\xEF\xBB\xBFNi\xC3\xB1o", &e, &err), "Niño");
-  EXPECT_EQ(e, TextEncoding::Utf8Bom);
-  // Bytes that are not UTF-8 are Windows-1252: ñ, the euro sign, a curly quote.
-  EXPECT_EQ(*DecodeAuto("Ni\xF1o \x80 \x93x\x94", &e, &err), "Niño € “x”");
-  EXPECT_EQ(e, TextEncoding::Windows1252);
-  // A lone UTF-8 lead byte at the end is not UTF-8.
-  EXPECT_FALSE(IsValidUtf8("abc\xC3"));
-  EXPECT_FALSE(IsValidUtf8("\xC0\x80"));        // overlong
-  EXPECT_FALSE(IsValidUtf8("\xED\xA0\x80"));    // surrogate
-  EXPECT_EQ(*DecodeAuto(std::string("\xFF\xFEN\0\xF1\0", 6), &e, &err), "Nñ");
-  EXPECT_EQ(e, TextEncoding::Utf16Le);
-  EXPECT_EQ(*DecodeAuto(std::string("\xFE\xFF\0N\0\xF1", 6), &e, &err), "Nñ");
+  struct Row { std::string bytes, text; TextEncoding encoding; };
+  const std::vector<Row> rows = {
+      {"Ni\xC3\xB1o", "Niño", TextEncoding::Utf8},
+      {"\xEF\xBB\xBFNi\xC3\xB1o", "Niño", TextEncoding::Utf8Bom},
+      // Bytes that are not UTF-8 are Windows-1252: ñ, the euro sign, curly quotes.
+      {"Ni\xF1o \x80 \x93x\x94", "Niño € “x”", TextEncoding::Windows1252},
+      {"abc\xC3", "abcÃ", TextEncoding::Windows1252},  // a lone lead byte at the end
+      {std::string("\xFF\xFEN\0\xF1\0", 6), "Nñ", TextEncoding::Utf16Le},
+      {std::string("\xFE\xFF\0N\0\xF1", 6), "Nñ", TextEncoding::Utf16Be}};
+  for (const Row& r : rows) {
+    TextEncoding e{};
+    std::string err;
+    EXPECT_EQ(DecodeAuto(r.bytes, &e, &err).value_or("?"), r.text) << r.text;
+    EXPECT_EQ(e, r.encoding) << r.text;
+  }
+  EXPECT_FALSE(IsValidUtf8("\xC0\x80"));      // overlong
+  EXPECT_FALSE(IsValidUtf8("\xED\xA0\x80"));  // surrogate
 }
 
 TEST(Encoding, RejectsBinaryAndRoundTripsEveryWindows1252Byte) {
@@ -66,11 +67,11 @@ TEST(TextFile, ReadsMissingBinaryAndEncodedFiles) {
 }
 
 TEST(TextFile, SplitsOnEveryLineBreakAndJoins) {
-  EXPECT_TRUE(SplitLines("").empty());
-  EXPECT_EQ(SplitLines("a\r\nb\nc\rd"), (std::vector<std::string>{"a", "b", "c", "d"}));
-  EXPECT_EQ(SplitLines("a\r\n\r\nb\r\n"), (std::vector<std::string>{"a", "", "b"}));
-  EXPECT_EQ(SplitLines("\n"), (std::vector<std::string>{""}));
-  EXPECT_EQ(SplitLines("a\r\r\nb"), (std::vector<std::string>{"a", "", "b"}));
+  using Lines = std::vector<std::string>;
+  for (const auto& [text, lines] : std::vector<std::pair<std::string, Lines>>{
+           {"", {}}, {"a\r\nb\nc\rd", {"a", "b", "c", "d"}}, {"a\r\n\r\nb\r\n", {"a", "", "b"}},
+           {"\n", {""}}, {"a\r\r\nb", {"a", "", "b"}}})
+    EXPECT_EQ(SplitLines(text), lines) << text;
   EXPECT_EQ(JoinLines({"17", "13", "45"}, "\r\n"), "17\r\n13\r\n45");
   EXPECT_EQ(JoinLines({}, ","), "");
 }

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "session/format_selection.h"
-#include "settings/key_file.h"
-#include "settings/text_file.h"
 #include "support/temp_dir.h"
 
 using namespace session;
@@ -12,24 +10,15 @@ using namespace session;
 namespace {
 
 // A program folder with three formats: both keys, neither key, database only.
+const std::string kAmbos =
+    "TipoBD=1\r\nRelaciones=20\r\n-1\r\nArchivos=Empleados|NOM(emp*.txt)|emp.sql|3\r\nMal|NOM(x)\r\n"
+    "Liq|FL(Mes)|liq.sql|5\r\nBD=Tablas|NOM(*.mdb)*PASS=k;|t.sql|1\r\n"
+    "TablaNoBorrar=RelacConc,RelacTLiq\r\nConcCrear=12,7,30\r\n";
 struct ProgramFolder {
   TempDir dir;
   ProgramFolder() {
-    dir.write("ConfIMP.ini",
-              "; formatos\r\n"
-              "Ambos|ambos.fmt\r\n"
-              "Ninguno|ninguno.fmt\r\n"
-              "Base=base\\base.fmt\r\n");
-    dir.write("ambos.fmt",
-              "TipoBD=1\r\n"
-              "Relaciones=20\r\n"
-              "-1\r\n"
-              "Archivos=Empleados|NOM(emp*.txt)|emp.sql|3\r\n"
-              "Mal|NOM(x)\r\n"
-              "Liq|FL(Mes)|liq.sql|5\r\n"
-              "BD=Tablas|NOM(*.mdb)*PASS=k;|t.sql|1\r\n"
-              "TablaNoBorrar=RelacConc,RelacTLiq\r\n"
-              "ConcCrear=12,7,30\r\n");
+    dir.write("ConfIMP.ini", "; formatos\r\nAmbos|ambos.fmt\r\nNinguno|ninguno.fmt\r\nBase=base\\base.fmt\r\n");
+    dir.write("ambos.fmt", kAmbos);
     dir.write("ninguno.fmt", "TipoBD=0\r\nConcCrear=\r\n");
     dir.write("base/base.fmt", "TipoBD=2.6\nBD=Personas||p.sql|3\n");
   }
@@ -40,6 +29,16 @@ struct ProgramFolder {
     return s;
   }
 };
+
+// Chooses the format at `index` and returns the session's source-kind view:
+// kinds offered (database, folder), kind pressed, browse button.
+std::string Choose(SessionState& s, int index) {
+  s.cmbFormato_index = index;
+  cmbFormato_Click(s);
+  return std::to_string(s.TipoImp.selected[0]) + std::to_string(s.TipoImp.selected[1]) + " " +
+         std::to_string(s.TipoImp.kind) + std::to_string(s.TipoImp.pressed[0]) +
+         std::to_string(s.TipoImp.pressed[1]) + " " + std::to_string(s.cbBuscar_enabled);
+}
 
 }  // namespace
 
@@ -55,29 +54,12 @@ TEST(FormatList, ReadsConfImpAndLeavesNothingSelected) {
   EXPECT_EQ(w.cmbFormato.size(), 2u);
   ASSERT_EQ(w.warnings.size(), 1u);
   EXPECT_NE(w.warnings[0].find("SinArchivo"), std::string::npos);
-
-  TempDir empty;
-  empty.write("ConfIMP.ini", "");
-  SessionState e;
-  e.program_folder = empty.path();
-  LoadFormatList(e);
-  EXPECT_TRUE(e.cmbFormato.empty());
-  EXPECT_TRUE(e.warnings.empty());
-  TempDir none;
-  e.program_folder = none.path();
-  LoadFormatList(e);
-  EXPECT_TRUE(e.cmbFormato.empty());
-  EXPECT_TRUE(e.warnings.empty());
-}
-
-// Chooses the format at `index` and returns the session's source-kind view:
-// kinds offered (database, folder), kind pressed, browse button.
-std::string Choose(SessionState& s, int index) {
-  s.cmbFormato_index = index;
-  cmbFormato_Click(s);
-  return std::to_string(s.TipoImp.selected[0]) + std::to_string(s.TipoImp.selected[1]) + " " +
-         std::to_string(s.TipoImp.kind) + std::to_string(s.TipoImp.pressed[0]) +
-         std::to_string(s.TipoImp.pressed[1]) + " " + std::to_string(s.cbBuscar_enabled);
+  // An empty or missing ConfIMP.ini: no formats, no warning.
+  pf.dir.write("ConfIMP.ini", "");
+  for (int i = 0; i < 2; ++i, std::filesystem::remove(pf.dir / "ConfIMP.ini")) {
+    SessionState e = pf.Start();
+    EXPECT_TRUE(e.cmbFormato.empty() && e.warnings.empty()) << i;
+  }
 }
 
 TEST(FormatChoice, KeysDecideTheSourceKindsAndTheLists) {
@@ -129,21 +111,17 @@ TEST(FormatChoice, KeysDecideTheSourceKindsAndTheLists) {
   EXPECT_TRUE(s.TipoImp.pressed[1]);
 }
 
-TEST(FormatChoice, MissingOrUnreadableFormatFilesAreReported) {
+TEST(FormatChoice, MissingOrUnreadableFormatFilesAreReportedAndNeverWritten) {
   ProgramFolder pf;
   pf.dir.write("ConfIMP.ini", "Falta|falta.fmt\r\nRoto|roto.fmt\r\n");
   pf.dir.write("roto.fmt", std::string("BD=\0\0", 5));
   SessionState s = pf.Start();
-  s.cmbFormato_index = 0;
-  cmbFormato_Click(s);
+  EXPECT_EQ(Choose(s, 0), "00 000 0");
   ASSERT_EQ(s.warnings.size(), 1u);
   EXPECT_NE(s.warnings[0].find("falta.fmt"), std::string::npos);
-  EXPECT_FALSE(s.cbBuscar_enabled);
-  s.cmbFormato_index = 1;
-  cmbFormato_Click(s);
+  Choose(s, 1);
   ASSERT_EQ(s.warnings.size(), 2u);
   EXPECT_NE(s.warnings[1].find("roto.fmt"), std::string::npos);
-  // Closing does not overwrite a file that could not be read.
   EXPECT_FALSE(SaveFormatKeys(s));
   EXPECT_EQ(TempDir::read(pf.dir / "roto.fmt"), std::string("BD=\0\0", 5));
 }
@@ -152,20 +130,16 @@ TEST(FormUnload, StoresRelacionesAndConcCrearOnly) {
   ProgramFolder pf;
   SessionState s = pf.Start();
   EXPECT_TRUE(SaveFormatKeys(s));  // no format chosen: nothing written
-  s.cmbFormato_index = 0;
-  cmbFormato_Click(s);
+  Choose(s, 0);
   mapping::AddRelation(s.relations, s.lstRelaciones, "2-Aguinaldo", 1, "14");
   s.ConcCrear = "12,7";
   ASSERT_TRUE(SaveFormatKeys(s));
-  std::string text = settings::ReadText(pf.dir / "ambos.fmt");
-  EXPECT_EQ(settings::KeyValue(text, "Relaciones"), "20\r\n14\r\n45\r\n12\r\n71\r\n53\r\n4");
-  EXPECT_EQ(settings::KeyValue(text, "ConcCrear"), "12,7");
-  EXPECT_EQ(settings::KeyValue(text, "Archivos"),
-            "Empleados|NOM(emp*.txt)|emp.sql|3\r\nMal|NOM(x)\r\nLiq|FL(Mes)|liq.sql|5");
-  EXPECT_EQ(settings::KeyValue(text, "TipoBD"), "1");
-  // The format in a subfolder, written with "\" and LF line endings.
-  s.cmbFormato_index = 2;
-  cmbFormato_Click(s);
+  std::string expected = kAmbos;
+  expected.replace(expected.find("20\r\n-1\r\n"), 8, "20\r\n14\r\n45\r\n12\r\n71\r\n53\r\n4\r\n");
+  expected.replace(expected.find("12,7,30"), 7, "12,7");
+  EXPECT_EQ(TempDir::read(pf.dir / "ambos.fmt"), expected);
+  // The format in a subfolder, named with "\", keeps its LF line endings.
+  Choose(s, 2);
   s.ConcCrear = "9";
   ASSERT_TRUE(SaveFormatKeys(s));
   EXPECT_EQ(TempDir::read(pf.dir / "base/base.fmt"),

@@ -136,6 +136,7 @@ TEST_F(BatchRun, ErrorInTheLoadWritesTheReportAndExitsWithTwo) {
   EXPECT_TRUE(failed.has("(detalle en " + report.string() + ")\n")) << failed.out;
   EXPECT_FALSE(failed.has("PREGUNTA:"));
   const std::string text = TempDir::read(report);
+  EXPECT_NE(text.find("Procedimiento: cbActualizar_Click"), std::string::npos) << text;
   EXPECT_NE(text.find("Delete * From Personas"), std::string::npos) << text;
   EXPECT_NE(text.find("tabla bloqueada"), std::string::npos) << text;
 }

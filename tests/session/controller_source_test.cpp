@@ -1,6 +1,7 @@
 // Tests the choice of destination and source and the staging database: the
 // staging file's name and reuse, a missing template, the folder browser, a
-// missing source folder, and an error that escapes the staging load.
+// missing source folder. (An error that escapes the staging load is tested
+// through the batch run in tests/app.)
 #include "controller_fixture.h"
 
 namespace {
@@ -137,29 +138,6 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   ASSERT_TRUE(c.source && c.source->is_open());
   EXPECT_FALSE(c.lblDatosCP_visible);  // staged with no folder test
   EXPECT_FALSE(kel_test::has_line(s.ui.log, "AVISO: La carpeta Sueldos No existe"));
-}
-
-TEST(ControllerStaging, ErrorBeforeTheLoadsFirstStatementIsReportedAndEndsTheProgram) {
-  Session s;
-  kel_test::write_file(s.tmp / "origen" / "empresa.txt", "x\r\n");
-  auto c = s.start(s.company.string() + "*" + (s.tmp / "origen").string() + "*2");
-  // A staging table that refuses to be emptied: the load fails before it runs
-  // any statement of its own.
-  c->staging->close();
-  kel_test::run_sqlite(s.staging_db, "INSERT INTO Cargos (id_Cargo, Cargo) VALUES (1, 'x');"
-                                     "CREATE TRIGGER no_borrar BEFORE DELETE ON Cargos BEGIN "
-                                     "SELECT RAISE(ABORT, 'tabla bloqueada'); END;");
-  db::open_database(s.staging_db.string(), c->staging);
-
-  EXPECT_THROW(c->Form_Activate(), session::SessionAborted);
-  EXPECT_TRUE(c->ended());
-  const auto report_file = s.prog / "E001" / "kelimport-errores.txt";
-  const std::string report = TempDir::read(report_file);
-  for (const char* part : {"Procedimiento: cbActualizar_Click", "Delete * From Cargos", "tabla bloqueada"})
-    EXPECT_NE(report.find(part), std::string::npos) << part << "\n" << report;
-  ASSERT_FALSE(s.ui.log.empty());
-  EXPECT_NE(s.ui.log.back().find(report_file.string()), std::string::npos) << s.ui.log.back();
-  EXPECT_EQ(s.staged("SELECT count(*) FROM Empresa"), "0");
 }
 
 }  // namespace

@@ -10,14 +10,17 @@ using Log = std::vector<std::string>;
 
 TEST(ControllerStartup, CommandLineForms) {
   struct Row {
-    std::string line;  // DEST stands for the company's path, SRC for the source folder's
+    std::string line;  // DEST, SRC, NONE: the company's path, the source folder's, a missing file's
     Log log;
     int index;
     std::string txtRuta;
     bool destination, auto_refresh, browse = true, empty_conf = false;
   };
   const std::string bad_index = "AVISO: El formato número 7 no existe; se usa el primero";
+  const std::string dialog = "archivo: Seleccionar la base a Importar Datos | Bases de Access (*.mdb)|*.mdb";
   const std::vector<Row> rows = {
+      {"NONE", {"AVISO: Ruta de Base de Datos Inexistente"}, 0, "", false, false},
+      {"   ", {}, 0, "", false, false},  // asks for the destination: cancelled
       {"  \"DEST\"  ", {}, 0, "", true, false},  // quoted and padded; no index: the first format
       {"DEST*SRC*2", {}, 2, "SRC", true, true},
       {"DEST*", {}, 0, "", true, true},
@@ -31,8 +34,9 @@ TEST(ControllerStartup, CommandLineForms) {
     Session s;
     if (row.empty_conf) kel_test::write_file(s.prog / "ConfIMP.ini", "");
     std::string line = row.line, source = (s.tmp / "origen").string();
+    s.ui.files = {""};
     for (auto [from, to] : {std::pair<std::string, std::string>{"DEST", s.company.string()},
-                            {"SRC", source}})
+                            {"SRC", source}, {"NONE", (s.tmp / "no" / "Empresa.mdb").string()}})
       if (auto at = line.find(from); at != std::string::npos) line.replace(at, from.size(), to);
     auto c = s.start(line);
     EXPECT_EQ(s.ui.log, row.log);
@@ -41,14 +45,18 @@ TEST(ControllerStartup, CommandLineForms) {
     EXPECT_EQ(c->destination && c->destination->is_open(), row.destination);
     EXPECT_EQ(c->auto_refresh, row.auto_refresh);
     EXPECT_EQ(c->state.cbBuscar_enabled, row.browse);
-    EXPECT_TRUE(s.ui.dialogs.empty());
+    EXPECT_EQ(c->PathDeEmp, row.destination ? s.company.string() : "");
+    EXPECT_EQ(s.ui.dialogs, row.line == "   " ? Log{dialog} : Log{});
+    // Without a destination the staging database sits in the program folder.
+    if (row.line == "   ") {
+      EXPECT_EQ(c->staging_folder(), s.prog);
+    }
   }
 }
 
 TEST(ControllerStartup, DestinationAloneOpensEverythingAndStagesNothing) {
   Session s;
   auto c = s.start("\"" + s.company.string() + "\"");
-  EXPECT_EQ(c->PathDeEmp, s.company.string());
   EXPECT_EQ(c->LblEmpresa, s.company.string());
   EXPECT_EQ(c->staging_folder(), s.prog / "E001");
   EXPECT_TRUE(c->staging && c->staging->is_open());
@@ -62,21 +70,6 @@ TEST(ControllerStartup, DestinationAloneOpensEverythingAndStagesNothing) {
   EXPECT_TRUE(c->lblDatosCP_visible);  // no source: no load ran
   EXPECT_EQ(s.staged("SELECT count(*) FROM Empresa"), "0");
 
-  // A missing destination is reported and leaves none; an empty command line
-  // asks for one, and without it the staging database sits in the program folder.
-  kel_test::RecordingUi ui;
-  session::MainWindowController missing(s.prog, ui);
-  missing.Form_Load((s.tmp / "no" / "Empresa.mdb").string());
-  EXPECT_EQ(ui.log, Log{"AVISO: Ruta de Base de Datos Inexistente"});
-  EXPECT_TRUE(missing.destination == nullptr);
-  EXPECT_EQ(missing.PathDeEmp, "");
-  EXPECT_TRUE(ui.dialogs.empty());
-  ui.files = {""};
-  session::MainWindowController blank(s.prog, ui);
-  blank.Form_Load("");
-  EXPECT_EQ(ui.dialogs,
-            Log{"archivo: Seleccionar la base a Importar Datos | Bases de Access (*.mdb)|*.mdb"});
-  EXPECT_EQ(blank.staging_folder(), s.prog);
 }
 
 TEST(ControllerStartup, SourceOnTheCommandLineIsStagedAtTheFirstActivationOnly) {

@@ -42,6 +42,11 @@ TEST_F(SqlConsole, PrintsResultSetsAsTabSeparatedText) {
   r = run({"--sql", db_, "Select Nombre From T Where id = 99"});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.out, "Nombre\n");
+  // --explain prints the translation and runs nothing.
+  r = run({"--sql", "--explain", db_, "Delete From T Where Nombre Like 'A*'"});
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("jet_like"), std::string::npos) << r.out;
+  EXPECT_EQ(run({"--sql", db_, "Select Count(*) As N From T"}).out, "N\n3\n");
 }
 
 TEST_F(SqlConsole, ReadsStatementsEndedBySemicolonFromStandardInput) {
@@ -73,14 +78,6 @@ TEST_F(SqlConsole, StopsAtTheFirstRefusedStatement) {
   r = run({"--sql", db_, "Selec id Fro T"});
   EXPECT_EQ(r.status, 1);
   EXPECT_NE(r.err.find("No se pudo traducir"), std::string::npos) << r.err;
-}
-
-TEST_F(SqlConsole, ExplainPrintsTheTranslationWithoutRunning) {
-  auto r = run({"--sql", "--explain", db_, "Delete From T Where Nombre Like 'A*'"});
-  EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(r.out.find("jet_like"), std::string::npos) << r.out;
-  r = run({"--sql", db_, "Select Count(*) As N From T"});
-  EXPECT_EQ(r.out, "N\n3\n");
 }
 
 TEST_F(SqlConsole, BadCommandLinesAndDatabases) {

@@ -1,19 +1,12 @@
 // tests/session/controller_fixture.h — a throw-away program folder and
-// databases for the main-window controller's tests.
-//
-// The program folder holds the staging template (copied from the build's
-// Generica/Pasaje.mdb), a ConfIMP.ini with three formats and their files; the
-// third format ("Archivos") reads a folder of interchange files whose entries
-// load fixed rows into the staging database, so a test can see whether a
-// staging load ran. KEL companies are made from the schema's kel.sql.
+// databases for the main-window controller's tests. KEL companies are made
+// from the schema's kel.sql; the staging template is the build's.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <string>
-#include <vector>
 
 #include "db/open_database.h"
 #include "session/main_controller.h"
@@ -76,11 +69,10 @@ inline void make_source_company(const fs::path& file, const std::string& nombre,
                    "VALUES ('" + nombre + "', '" + razon_social + "');");
 }
 
-// The program folder with the staging template and three formats:
-//   0 "Formato A" -> a.fmt (a database source, TipoBD 1)
-//   1 "Formato B" -> b.fmt (no source keys at all)
-//   2 "Formato C" -> c.fmt (interchange files: empresa*.txt of group 1,
-//                            cargos*.txt of group 2)
+// The program folder with the staging template and three formats: 0 a.fmt (a
+// database source, TipoBD 1), 1 b.fmt (no source keys at all), 2 c.fmt
+// (interchange files whose entries load fixed rows, so a test sees whether a
+// load ran: empresa*.txt of group 1, cargos*.txt of group 2).
 inline void make_program_folder(const fs::path& prog) {
   const fs::path built = fs::path(KEL_PROGRAM_DIR) / "Generica" / "Pasaje.mdb";
   ASSERT_TRUE(fs::exists(built)) << "build the kel_schema_files target first: " << built;

@@ -48,56 +48,39 @@ TEST(SetKeyInText, ReplacesInPlaceAndWrittenValuesReadBackExactly) {
   }
 }
 
-TEST(WriteKey, KeepsWindows1252AndCrLf) {
+// Writing keys keeps the file's encoding, byte-order mark and line ending; a
+// value that Windows-1252 cannot hold switches the file to UTF-8 with a mark;
+// a file that is not text is refused and left alone.
+TEST(WriteKey, KeepsTheFilesEncodingAndLineEnding) {
+  struct Row {
+    std::string name, original;  // no original: the file does not exist
+    std::vector<std::pair<std::string, std::string>> writes;
+    bool ok;
+    std::string expected;
+  };
+  const std::string binary("TipoBD=1\r\n\0\0\x01", 13);
+  const std::vector<Row> rows = {
+      {"ansi.fmt",
+       "; Compa\xF1\xED" "a\r\nTipoBD=1\r\nRelaciones=20\r\n-1\r\nConcCrear=\r\nArchivos=Se\xF1or|x.sql|1\r\n",
+       {{"Relaciones", "17\r\n13\r\n45"}, {"ConcCrear", "12,7,A\xC3\xB1o"}}, true,  // "Año" in UTF-8
+       "; Compa\xF1\xED" "a\r\nTipoBD=1\r\nRelaciones=17\r\n13\r\n45\r\nConcCrear=12,7,A\xF1o\r\n"
+       "Archivos=Se\xF1or|x.sql|1\r\n"},
+      {"lf.fmt", "\xEF\xBB\xBFTipoBD=2\nBD=t|NOM(a)|a.sql|1", {{"ConcCrear", "5,6"}}, true,
+       "\xEF\xBB\xBFTipoBD=2\nBD=t|NOM(a)|a.sql|1\nConcCrear=5,6\n"},
+      {"han.fmt", "Nombre=Compa\xF1\xED" "a\r\n", {{"ConcCrear", "漢"}}, true,
+       "\xEF\xBB\xBFNombre=Compañía\r\nConcCrear=漢\r\n"},
+      {"nuevo.fmt", "", {{"Relaciones", "1\r\n2"}}, true, "Relaciones=1\r\n2\r\n"},
+      {"roto.fmt", binary, {{"ConcCrear", "1"}}, false, binary},
+  };
   TempDir dir;
-  const std::string original =
-      "; Formato de la compa\xF1\xED" "a\r\n"
-      "TipoBD=1\r\n"
-      "Relaciones=20\r\n"
-      "-1\r\n"
-      "ConcCrear=\r\n"
-      "Archivos=Se\xF1or|NOM(x.txt)|x.sql|1\r\n";
-  auto p = dir.write("fmt.fmt", original);
-  std::string err;
-  ASSERT_TRUE(WriteKey(p, "Relaciones", "17\r\n13\r\n45", &err)) << err;
-  ASSERT_TRUE(WriteKey(p, "ConcCrear", "12,7,A\xC3\xB1o", &err)) << err;  // "12,7,Año" in UTF-8
-  const std::string expected =
-      "; Formato de la compa\xF1\xED" "a\r\n"
-      "TipoBD=1\r\n"
-      "Relaciones=17\r\n"
-      "13\r\n"
-      "45\r\n"
-      "ConcCrear=12,7,A\xF1o\r\n"
-      "Archivos=Se\xF1or|NOM(x.txt)|x.sql|1\r\n";
-  EXPECT_EQ(TempDir::read(p), expected);
-  FileText f = ReadFile(p);
-  EXPECT_EQ(f.encoding, TextEncoding::Windows1252);
-  EXPECT_EQ(KeyValue(f.text, "Archivos"), "Señor|NOM(x.txt)|x.sql|1");
-}
-
-TEST(WriteKey, KeepsLfAndBomAddsMissingKeysAndSwitchesToUtf8WhenNeeded) {
-  TempDir dir;
-  auto lf = dir.write("lf.fmt", "\xEF\xBB\xBFTipoBD=2\nBD=t|NOM(a)|a.sql|1");
-  ASSERT_TRUE(WriteKey(lf, "ConcCrear", "5,6"));
-  EXPECT_EQ(TempDir::read(lf), "\xEF\xBB\xBFTipoBD=2\nBD=t|NOM(a)|a.sql|1\nConcCrear=5,6\n");
-
-  auto ansi = dir.write("ansi.fmt", "Nombre=Compa\xF1\xED" "a\r\n");
-  ASSERT_TRUE(WriteKey(ansi, "ConcCrear", "漢"));  // not in Windows-1252
-  FileText f = ReadFile(ansi);
-  EXPECT_EQ(f.encoding, TextEncoding::Utf8Bom);
-  EXPECT_EQ(KeyValue(f.text, "Nombre"), "Compañía");
-  EXPECT_EQ(KeyValue(f.text, "ConcCrear"), "漢");
-
-  ASSERT_TRUE(WriteKey(dir / "nuevo.fmt", "Relaciones", "1\r\n2"));
-  EXPECT_EQ(TempDir::read(dir / "nuevo.fmt"), "Relaciones=1\r\n2\r\n");
-}
-
-TEST(WriteKey, RefusesFilesThatAreNotTextAndLeavesThemAlone) {
-  TempDir dir;
-  const std::string bytes("TipoBD=1\r\n\0\0\x01", 13);
-  auto p = dir.write("roto.fmt", bytes);
-  std::string err;
-  EXPECT_FALSE(WriteKey(p, "ConcCrear", "1", &err));
-  EXPECT_NE(err.find("roto.fmt"), std::string::npos);
-  EXPECT_EQ(TempDir::read(p), bytes);
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    if (!row.original.empty()) dir.write(row.name, row.original);
+    for (const auto& [key, value] : row.writes) {
+      std::string err;
+      EXPECT_EQ(WriteKey(dir / row.name, key, value, &err), row.ok) << err;
+      EXPECT_EQ(err.find(row.name) != std::string::npos, !row.ok) << err;
+    }
+    EXPECT_EQ(TempDir::read(dir / row.name), row.expected);
+  }
 }

@@ -1,8 +1,8 @@
-// Tests the progress bar arithmetic and the scripted user interface.
+// Tests the progress bar arithmetic. (The scripted user interface is checked
+// by every controller test's exact log and by the batch runs' answers.)
 #include <gtest/gtest.h>
 
 #include "session/progress.h"
-#include "session/scripted_ui.h"
 
 TEST(ProgressBar, ResetIncrementCapAndRounding) {
   session::ProgressBar bar;
@@ -28,20 +28,4 @@ TEST(ProgressBar, ResetIncrementCapAndRounding) {
   bar.ActuBarra(80.0f / (1000 + 40));  // the staging load's sizing
   for (int i = 0; i < 6; ++i) bar.AF_GenImp();
   EXPECT_EQ(bar.lblPorc(), "1%");
-}
-
-TEST(ScriptedUserInterface, AnswersQueueThenDefaultThenError) {
-  session::ScriptedUserInterface ui;
-  ui.answers = {false};
-  ui.default_answer = true;
-  EXPECT_FALSE(ui.ask_yes_no("¿Uno?", session::QuestionIcon::kWarning));
-  EXPECT_TRUE(ui.ask_yes_no("¿Dos?", session::QuestionIcon::kQuestion));
-  ui.warning("Atención");
-  ui.information("Listo");
-  EXPECT_EQ(ui.log, (std::vector<std::string>{"PREGUNTA: ¿Uno? -> No", "PREGUNTA: ¿Dos? -> Sí",
-                                              "AVISO: Atención", "INFO: Listo"}));
-  ui.default_answer.reset();
-  EXPECT_THROW(ui.ask_yes_no("¿Tres?", session::QuestionIcon::kQuestion), session::UnansweredQuestion);
-  EXPECT_EQ(ui.open_file("t", "f"), "");
-  EXPECT_FALSE(ui.browse_folder("t", "p", "/").has_value());
 }

@@ -9,16 +9,8 @@ using namespace settings;
 
 TEST(KeyValue, ReadsSingleAndMultiLineValues) {
   const std::string text =
-      "; Formato de ejemplo\r\n"
-      "TipoBD=1\r\n"
-      "Relaciones=20\r\n"
-      "-1\r\n"
-      "\r\n"
-      "archivos=\r\n"
-      "Emp|NOM(emp.txt)|emp.sql|3\r\n"
-      "Liq|FL(=a=b)|liq.sql|5\r\n"
-      "\\Tabla=x\r\n"
-      "\\\\server\\share\r\n"
+      "; Formato de ejemplo\r\nTipoBD=1\r\nRelaciones=20\r\n-1\r\n\r\narchivos=\r\n"
+      "Emp|NOM(emp.txt)|emp.sql|3\r\nLiq|FL(=a=b)|liq.sql|5\r\n\\Tabla=x\r\n\\\\server\\share\r\n"
       "ConcCrear=\r\n"
       "TablaNoBorrar=RelacConc,RelacTLiq";
   EXPECT_EQ(KeyValue(text, "TipoBD"), "1");

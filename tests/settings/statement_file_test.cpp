@@ -9,13 +9,8 @@ using namespace settings;
 TEST(StatementFile, SplitsStatementsAtSemicolonLines) {
   StatementFile f;
   ASSERT_TRUE(f.load_text(
-      "-- carga de empleados\r\n"
-      "Delete * From Personas;\r\n"
-      "\r\n"
-      "Insert Into Personas (Nombre)\r\n"
-      "  Select Nombre\r\n"
-      "  From [Emp] in '[BDOrigen]'\r\n"
-      ";\r\n"
+      "-- carga de empleados\r\nDelete * From Personas;\r\n\r\nInsert Into Personas (Nombre)\r\n"
+      "  Select Nombre\r\n  From [Emp] in '[BDOrigen]'\r\n;\r\n"
       "Update Personas Set x = 'a;b' ;  \r\n"
       "Select 1"));
   ASSERT_EQ(f.statement_count(), 4);
@@ -34,14 +29,8 @@ TEST(StatementFile, SplitsStatementsAtSemicolonLines) {
 TEST(StatementFile, ReadsPairsInOrderWithValorAsWritten) {
   StatementFile f;
   ASSERT_TRUE(f.load_text(
-      "@PARES\n"
-      " [Empresa] |E001\n"
-      "[Anio]| 2024 \n"
-      "sin barra\n"
-      "[Vacio]|\n"
-      "@SENTENCIAS\n"
-      "Select [Empresa];\n"
-      "@pares\n"
+      "@PARES\n [Empresa] |E001\n[Anio]| 2024 \nsin barra\n[Vacio]|\n@SENTENCIAS\n"
+      "Select [Empresa];\n@pares\n"
       "[X]|a|b\n"));
   ASSERT_EQ(f.pairs().size(), 4u);
   EXPECT_EQ(f.pairs()[0].Campo, " [Empresa] ");
@@ -71,21 +60,9 @@ TEST(StatementFile, LoadsFilesInAnyEncodingAndRefusesBinaryOnes) {
 TEST(StatementFile, ReadsTheDataFileLayout) {
   StatementFile f;
   ASSERT_TRUE(f.load_text(
-      "@ARCHIVO\n"
-      "Tabla=Imp_Empleados\n"
-      "Separador=TAB\n"
-      "Comillas=NINGUNA\n"
-      "Encabezado=Si\n"
-      "Saltar=2\n"
-      "Codificacion=windows-1252\n"
-      "Decimal=,\n"
-      "-- columnas\n"
-      "Columna=Codigo:entero\n"
-      "Columna=Nombre\n"
-      "Columna=Sueldo:real\n"
-      "Columna=Ingreso:fecha:yyyyMMdd\n"
-      "Columna=Egreso:fecha\n"
-      "@SENTENCIAS\n"
+      "@ARCHIVO\nTabla=Imp_Empleados\nSeparador=TAB\nComillas=NINGUNA\nEncabezado=Si\nSaltar=2\n"
+      "Codificacion=windows-1252\nDecimal=,\n-- columnas\nColumna=Codigo:entero\nColumna=Nombre\n"
+      "Columna=Sueldo:real\nColumna=Ingreso:fecha:yyyyMMdd\nColumna=Egreso:fecha\n@SENTENCIAS\n"
       "Insert Into Personas Select * From Imp_Empleados;\n"))
       << f.error();
   ASSERT_TRUE(f.layout());

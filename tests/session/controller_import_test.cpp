@@ -106,9 +106,7 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
 
   s.calls.clear();
   s.ui.log.clear();
-  s.c->state.ChkOP[4] = true;  // ticked last to first
-  s.c->state.ChkOP[2] = true;
-  s.c->state.ChkOP[0] = true;
+  s.c->state.ChkOP = {true, false, true, false, true};
   s.c->state.period.desde = session::Month(2023, 3);
   s.c->state.period.desde_checked = true;
   s.c->state.period.hasta = session::Month(2024, 2);
@@ -141,9 +139,10 @@ TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {
   EXPECT_FALSE(has_line(s.ui.log, kDone));
 
   const std::string report = s.report();
-  for (const std::string& part : Log{"Procedimiento: cbImportar_Click", "Paso: 2. Cargos, Sectores, Regimenes Horarios y Sucursales",
-        "    Insert Into TablaQueNoEsta (a) Values (1)", "    paso 1. Datos de la Empresa",
-                                    "Base de KEL: " + s.company.string()})
+  for (const std::string& part :
+       Log{"Procedimiento: cbImportar_Click", "Paso: 2. Cargos, Sectores, Regimenes Horarios y Sucursales",
+           "    Insert Into TablaQueNoEsta (a) Values (1)", "    paso 1. Datos de la Empresa",
+           "Base de KEL: " + s.company.string()})
     EXPECT_NE(report.find(part), std::string::npos) << part << "\n" << report;
   EXPECT_NE(report.find("TablaQueNoEsta"), report.rfind("TablaQueNoEsta")) << "message names the table";
   // The work done before the error stays applied.

@@ -51,9 +51,7 @@ TEST_F(SqlConsole, PrintsResultSetsAsTabSeparatedText) {
 
 TEST_F(SqlConsole, ReadsStatementsEndedBySemicolonFromStandardInput) {
   auto r = run({"--sql", db_},
-               "Insert Into T (id, Nombre)\n"
-               "  Values (4, 'Dora; la segunda');\n"
-               "\n"
+               "Insert Into T (id, Nombre)\n  Values (4, 'Dora; la segunda');\n\n"
                "Update T Set Sueldo = 1 Where id >= 3;\n"
                "Select Count(*) As N From T Where Sueldo = 1;\n"
                "Select Nombre From T Where id = 4");  // the last one needs no ";"
@@ -65,8 +63,7 @@ TEST_F(SqlConsole, ReadsStatementsEndedBySemicolonFromStandardInput) {
 
 TEST_F(SqlConsole, StopsAtTheFirstRefusedStatement) {
   auto r = run({"--sql", db_},
-               "Delete From T Where id = 1;\n"
-               "Select Nada From NoExiste;\n"
+               "Delete From T Where id = 1;\nSelect Nada From NoExiste;\n"
                "Delete From T Where id = 2;\n");
   EXPECT_EQ(r.status, 1);
   EXPECT_NE(r.err.find("Error: La base de datos rechazó la instrucción"), std::string::npos)

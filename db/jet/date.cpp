@@ -1,5 +1,6 @@
 // db/jet/date.cpp — calendar arithmetic, serials, month arithmetic and the
 // reading of date texts (writing them is date_format.cpp).
+#include "db/jet/ascii.h"
 #include "db/jet/date.h"
 
 #include <array>
@@ -20,16 +21,7 @@ constexpr std::array<const char*, 12> kMonthNames = {
 constexpr std::array<const char*, 12> kMonthAbbrev = {
     "ene", "feb", "mar", "abr", "may", "jun", "jul", "ago", "sep", "oct", "nov", "dic"};
 
-char lower_ascii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
-
-bool iequals(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i)
-    if (lower_ascii(a[i]) != lower_ascii(b[i])) return false;
-  return true;
-}
-
 
 // Two-digit years as Jet reads them: 00-29 this century, 30-99 the last.
 std::int64_t window_year(std::int64_t value, int digits) {

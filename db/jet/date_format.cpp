@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 
+#include "db/jet/ascii.h"
 #include "db/jet/date.h"
 
 namespace db::jet {
@@ -12,15 +13,6 @@ namespace {
 constexpr std::array<const char*, 7> kDayNames = {
     "domingo", "lunes", "martes", "miércoles", "jueves", "viernes", "sábado"};
 constexpr std::array<const char*, 7> kDayAbbrev = {"dom", "lun", "mar", "mié", "jue", "vie", "sáb"};
-
-char lower_ascii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool iequals(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i)
-    if (lower_ascii(a[i]) != lower_ascii(b[i])) return false;
-  return true;
-}
 
 void append_2(std::string& out, int v) {
   out.push_back(static_cast<char>('0' + (v / 10) % 10));

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <ctime>
 
+#include "db/jet/ascii.h"
 #include "db/jet/function_args.h"
 #include "db/jet/functions.h"
 
@@ -12,8 +13,6 @@ namespace db::jet {
 using namespace args;
 
 namespace {
-
-char lower_ascii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
 Value date_value(const std::optional<DateTime>& d, const char* function, const Value& shown_value) {
   if (!d) overflow(function, shown_value);

@@ -4,21 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "db/jet/ascii.h"
 #include "db/jet/decimal_digits.h"
 #include "db/jet/functions.h"
 
 namespace db::jet {
 
 namespace {
-
-char lower_ascii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool iequals(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i)
-    if (lower_ascii(a[i]) != lower_ascii(b[i])) return false;
-  return true;
-}
 
 // Rounds a digit string half away from zero to `keep` digits; true when the
 // carry added a digit in front.

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "db/jet/ascii.h"
 #include "db/jet/decimal_digits.h"
 #include "db/jet/functions.h"
 
@@ -13,14 +14,6 @@ namespace {
 
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
-char lower_ascii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool iequals(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i)
-    if (lower_ascii(a[i]) != lower_ascii(b[i])) return false;
-  return true;
-}
 
 Number from_double(double d) {
   std::int64_t i = 0;

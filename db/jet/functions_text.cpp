@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "db/jet/ascii.h"
 #include "db/jet/functions.h"
 
 namespace db::jet {
@@ -37,8 +38,6 @@ bool is_ascii(std::string_view s) {
   for (char c : s) acc |= static_cast<unsigned char>(c);
   return acc < 0x80;
 }
-
-char lower_ascii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // Byte offset where character k (0-based) starts; s.size() past the end.
 std::size_t offset_of_char(std::string_view s, std::int64_t k) {

@@ -1,0 +1,23 @@
+// transfer/step_context.cpp — the counting helpers of a step's report.
+#include "transfer/step_context.h"
+
+namespace transfer {
+
+void StepReport::add(std::string_view table, std::string_view action, std::int64_t rows) {
+  for (auto& change : changes) {
+    if (change.table == table && change.action == action) {
+      change.rows += rows;
+      return;
+    }
+  }
+  changes.push_back({std::string(table), std::string(action), rows});
+}
+
+std::int64_t StepReport::total(std::string_view action) const {
+  std::int64_t sum = 0;
+  for (const auto& change : changes)
+    if (action.empty() || change.action == action) sum += change.rows;
+  return sum;
+}
+
+}  // namespace transfer

@@ -1,6 +1,8 @@
 // transfer/step_context.cpp — the counting helpers of a step's report.
 #include "transfer/step_context.h"
 
+#include "db/error.h"
+
 namespace transfer {
 
 void StepReport::add(std::string_view table, std::string_view action, std::int64_t rows) {
@@ -18,6 +20,24 @@ std::int64_t StepReport::total(std::string_view action) const {
   for (const auto& change : changes)
     if (action.empty() || change.action == action) sum += change.rows;
   return sum;
+}
+
+std::int64_t run_statement(StepReport& report, db::Connection& connection, std::string_view sql,
+                           std::string_view table, std::string_view action) {
+  const std::int64_t rows = connection.execute(sql);
+  ++report.statements_run;
+  if (!table.empty()) report.add(table, action, rows);
+  return rows;
+}
+
+std::int64_t run_ignoring_errors(StepReport& report, db::Connection& connection, std::string_view sql,
+                                 std::string_view table, std::string_view action) {
+  try {
+    return run_statement(report, connection, sql, table, action);
+  } catch (const db::Error&) {
+    ++report.statements_ignored;
+    return -1;
+  }
 }
 
 }  // namespace transfer

@@ -61,4 +61,17 @@ struct StepContext {
   Progress progress;
 };
 
+// Runs `sql` on `connection` and adds the rows it changed to `report` under
+// (`table`, `action`) when `table` is given. A refused statement raises
+// db::Error, which stops the step: the statements already run stay applied.
+std::int64_t run_statement(StepReport& report, db::Connection& connection, std::string_view sql,
+                           std::string_view table = {}, std::string_view action = {});
+
+// The same, for the statements whose errors the step ignores: a refused
+// statement changes nothing (SQLite undoes the whole statement, as Jet does
+// with no partial bulk operations), is counted in statements_ignored and
+// gives -1; otherwise the rows changed.
+std::int64_t run_ignoring_errors(StepReport& report, db::Connection& connection, std::string_view sql,
+                                 std::string_view table = {}, std::string_view action = {});
+
 }  // namespace transfer

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 
-#include "transfer/jet_path.h"
-
 namespace transfer::sql {
 namespace {
 
@@ -34,7 +32,7 @@ std::string number_or_zero(const std::string& text) {
 std::string concepts_to_create(std::string_view destination_path) {
   return "SELECT OS.* FROM Conceptos AS OS Where Not Exists (Select * From RelacConc AS RR Inner JOIN "
          "(Select * From Conceptos in '" +
-         jet_quoted_path(destination_path) +
+         std::string(destination_path) +
          "') as PP ON  (RR.CodKEL = PP.ID_Concepto or RR.CodKEL=-1) Where OS.id_Concepto=RR.CodOS and not "
          "isnull(RR.CodKEL) ) ";
 }
@@ -71,7 +69,7 @@ std::string relac_conc_insert(std::int64_t cod_kel, std::int64_t cod_os) {
 std::string types_to_create(std::string_view destination_path) {
   return "SELECT OS.* FROM TiposLiquidacion AS OS Where Not exists (Select * From RelacTLiq AS RR INNER JOIN "
          "(Select * From TiposLiquidacion in '" +
-         jet_quoted_path(destination_path) + "') as PP ON  RR.CodKEL = PP.id_TipoLiq where OS.id_TipoLiq=RR.CodOS) ";
+         std::string(destination_path) + "') as PP ON  RR.CodKEL = PP.id_TipoLiq where OS.id_TipoLiq=RR.CodOS) ";
 }
 
 std::string type_max_id() { return "select Max(id_TipoLiq) From TiposLiquidacion"; }

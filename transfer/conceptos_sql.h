@@ -7,7 +7,6 @@
 // through `in '<destination path>'`), the creations on the destination, the
 // mapping rows on the staging connection. Texts run verbatim through the Jet
 // translator; text values are written between single quotes as they are.
-// Paths are plain file paths: the texts double their single quotes.
 #pragma once
 
 #include <cstdint>

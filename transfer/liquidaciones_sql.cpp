@@ -1,7 +1,6 @@
 // transfer/liquidaciones_sql.cpp — texts of the liquidations step.
 #include "transfer/liquidaciones_sql.h"
 
-#include "transfer/jet_path.h"
 #include "transfer/personas_sql.h"
 
 namespace transfer::sql {
@@ -9,8 +8,8 @@ namespace {
 
 std::string n(std::int64_t value) { return std::to_string(value); }
 
-// The staging clause S, the path's quotes doubled.
-std::string in_staging(std::string_view staging_path) { return " in '" + jet_quoted_path(staging_path) + "'"; }
+// The staging clause S.
+std::string in_staging(std::string_view staging_path) { return " in '" + std::string(staging_path) + "'"; }
 
 // The first piece of both leave link statements.
 std::string leave_link_head() {

@@ -7,7 +7,6 @@
 // exchange rates and recomputes each header's BPS totals from the
 // destination's views. Statements run on the destination connection unless
 // their comment says "staging". Texts run verbatim through the Jet translator.
-// The staging path is the plain file path: the texts double its single quotes.
 #pragma once
 
 #include <cstdint>

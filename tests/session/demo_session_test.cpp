@@ -55,6 +55,7 @@ struct DemoCopy {
   fs::path demo = tmp.path() / "demo";
   fs::path company = demo / "Empresa" / "Datos.mdb";
   fs::path staging = prog / "Empresa" / "Pasaje.mdb";
+  transfer::Importer importer;
 
   DemoCopy() {
     EXPECT_TRUE(fs::exists(kBuiltProgram / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
@@ -65,7 +66,7 @@ struct DemoCopy {
 
   // Stages `source` with the format `index` and returns the staged counts.
   Counts stage(const fs::path& source, int index, kel_test::RecordingUi& ui) {
-    session::MainWindowController c(prog, ui);
+    session::MainWindowController c(prog, ui, importer);
     c.Form_Load(company.string() + "*" + source.string() + "*" + std::to_string(index));
     EXPECT_EQ(c.state.cmbFormato_index, index);
     c.Form_Activate();
@@ -132,9 +133,10 @@ TEST(DemoSession, DatabaseFileFormStagesEveryTable) {
   // The import run on the staged demo: the source's company is not read from
   // a database-file source, so the names differ and both questions come.
   ui.default_answer = true;
-  session::MainWindowController c(d.prog, ui);
+  session::MainWindowController c(d.prog, ui, d.importer);
   c.Form_Load(d.company.string());
   c.cbImportar_Click();
+  for (const auto& l : ui.log) std::cerr << l << "\n";
   ASSERT_EQ(ui.log.size(), 3u);
   EXPECT_EQ(ui.log[0].rfind("PREGUNTA: La empresa de KEL tiene Nombre: '", 0), 0u) << ui.log[0];
   EXPECT_EQ(ui.log[1], "PREGUNTA: Confirma importar los datos de la empresa -> Sí");

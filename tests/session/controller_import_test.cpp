@@ -230,6 +230,9 @@ TEST(ControllerImport, RealStepsReadAStagingFolderWithAQuote) {
   EXPECT_EQ(kel("SELECT id_Persona || ':' || NUMERO FROM Personas"), "3:1.234.568");
   EXPECT_EQ(kel("SELECT Id_Contrato || ':' || NUMERO_ALTERNATIVO FROM Contrato"), "1:3");
   EXPECT_EQ(kel("SELECT idContrato || ':' || idPlanilla FROM rPlanillas"), "1:5");
+  // The company file keeps its own journal mode; the staging database is ours.
+  EXPECT_EQ(kel("PRAGMA journal_mode"), "delete");
+  EXPECT_EQ(kel_test::query_text(staging, "PRAGMA journal_mode"), "wal");
   // What the run reports: the company's rows, counted.
   const transfer::StepReport& empresa = result.steps[0].report;
   EXPECT_EQ(empresa.total("insertadas"), 3);  // the company, the registration 0 and the staged one

@@ -190,7 +190,9 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
   session::ScriptedUserInterface ui;
   ui.default_answer = options->answer;
   ui.on_line = [&out](const std::string& line) { out << PrintedMessage(line) << "\n" << std::flush; };
-  session::MainWindowController c(program_folder, ui);
+  preview::StagedPreview preview;
+  mapping::MappingPanel mapping;
+  session::MainWindowController c(program_folder, ui, preview, mapping);
   TerminalProgress progress(err);
   if (show_progress) c.Barra.yield = [&] { progress.show(c.Barra); };
 
@@ -211,14 +213,18 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
       c.state.period.hasta_checked = true;
     }
     session::CargarMes(c.state.period);
-    c.chkImpSoloConUtil = options->only_used_concepts;
+    preview.chkImpSoloConUtil = options->only_used_concepts;
     // The boxes are ticked before the source is matched, as a user ticks them
     // before pressing refresh: the matching then unticks the groups whose
     // sources it does not find.
     if (options->groups) c.state.ChkOP = *options->groups;
 
     c.Form_Activate();
-    if (!c.lblDatosCP_visible) print_staging_summary(c, out);
+    if (!preview.lblDatosCP_visible) print_staging_summary(c, out);
+    // What the mapping grids say, so that a scripted run shows what is
+    // imported under which KEL code.
+    for (const std::string& line : mapping::RelationSummary(mapping.GridRelacConc, mapping.GridRelacTL))
+      out << "RELACION: " << line << "\n";
 
     const std::size_t before = ui.log.size();
     c.cbImportar_Click();

@@ -44,8 +44,8 @@ void MainWindowController::cbImportar_Click() {
           applied.push_back("paso " + current);
         }
         current = "actualización de las grillas de relaciones";
-        if (ActuGridConc) ActuGridConc();
-        if (ActuGridTliq) ActuGridTliq();
+        ActuGridConc(-1);
+        ActuGridTliq();
       },
       [&] { return current; }, [&] { return applied; });
   ui_.information("Importación Satisfactoria!!");

@@ -109,6 +109,8 @@ class RecordingUi : public session::ScriptedUserInterface {
 // prog/E001/Pasaje.mdb.
 struct Session {
   TempFolder tmp;
+  preview::StagedPreview preview;
+  mapping::MappingPanel mapping;
   fs::path prog = tmp / "prog";
   fs::path company = tmp / "Datos con espacio" / "E001" / "Empresa.mdb";
   fs::path staging_db = prog / "E001" / "Pasaje.mdb";
@@ -121,7 +123,7 @@ struct Session {
   std::string staged(const std::string& sql) const { return query_text(staging_db, sql); }
   // A controller started on `command_line` (the company alone when empty).
   std::unique_ptr<session::MainWindowController> start(const std::string& command_line = "") {
-    auto c = std::make_unique<session::MainWindowController>(prog, ui);
+    auto c = std::make_unique<session::MainWindowController>(prog, ui, preview, mapping);
     c->Form_Load(command_line.empty() ? company.string() : command_line);
     return c;
   }

@@ -12,7 +12,8 @@ const std::string kConfirm = "PREGUNTA: Confirma importar los datos de la empres
 const std::string kDone = "INFO: Importación Satisfactoria!!";
 
 // A started controller on a KEL company and a source database, with every
-// transfer step and grid refresh replaced by a recorder.
+// transfer step replaced by a recorder; step 0 also stages a liquidation
+// type, which the type grid shows once the run refreshed it.
 struct ImportSession : kel_test::Session {
   std::filesystem::path source_db = tmp / "fuente.db";
   std::unique_ptr<session::MainWindowController> c;
@@ -26,11 +27,14 @@ struct ImportSession : kel_test::Session {
     db::open_database(source_db.string(), c->source);
     for (std::size_t i = 0; i < c->steps.size(); ++i)
       c->steps[i] = [this, i] { calls.push_back("paso " + std::to_string(i)); };
+    c->steps[0] = [this] {
+      calls.push_back("paso 0");
+      c->staging->execute("Delete * From TiposLiquidacion Where id_TipoLiq=9");
+      c->staging->execute("Insert Into TiposLiquidacion (id_TipoLiq, Nombre) Values (9, ' Extra ')");
+    };
     c->step_liquidaciones = [this](const std::string& d, const std::string& h) {
       calls.push_back("liquidaciones [" + d + "] [" + h + "]");
     };
-    c->ActuGridConc = [this] { calls.push_back("grilla conceptos"); };
-    c->ActuGridTliq = [this] { calls.push_back("grilla tipos"); };
   }
   std::string report() const { return TempDir::read(prog / "E001" / "kelimport-errores.txt"); }
 };
@@ -100,7 +104,8 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
   s.ui.default_answer = true;
   s.c->state.ChkOP = {false, false, false, false, false};
   s.c->cbImportar_Click();
-  EXPECT_EQ(s.calls, (Log{"grilla conceptos", "grilla tipos"}));
+  EXPECT_EQ(s.calls, Log{});
+  EXPECT_EQ(s.c->mapping().GridRelacTL.row_texts(), Log{});
   EXPECT_EQ(s.ui.log.back(), kDone);
   EXPECT_FALSE(s.c->ImportaEmpleados);
 
@@ -111,8 +116,8 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
   s.c->state.period.desde_checked = true;
   s.c->state.period.hasta = session::Month(2024, 2);
   s.c->cbImportar_Click();
-  EXPECT_EQ(s.calls, (Log{"paso 0", "paso 2", "liquidaciones [2023-03-01] []", "grilla conceptos",
-                          "grilla tipos"}));
+  EXPECT_EQ(s.calls, (Log{"paso 0", "paso 2", "liquidaciones [2023-03-01] []"}));
+  EXPECT_EQ(s.c->mapping().GridRelacTL.row_texts(), Log{"'9'|'Extra'|''|'"});
   EXPECT_TRUE(s.c->ImportaEmpleados);
   EXPECT_EQ(s.ui.log, (Log{kConfirm + " -> Sí", kDone}));
 
@@ -121,8 +126,7 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
   s.c->steps[0] = nullptr;
   s.c->state.period.hasta_checked = true;
   s.c->cbImportar_Click();
-  EXPECT_EQ(s.calls, (Log{"paso 2", "liquidaciones [2023-03-01] [2024-02-01]", "grilla conceptos",
-                          "grilla tipos"}));
+  EXPECT_EQ(s.calls, (Log{"paso 2", "liquidaciones [2023-03-01] [2024-02-01]"}));
 }
 
 TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {

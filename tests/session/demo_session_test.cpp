@@ -65,11 +65,13 @@ struct DemoCopy {
 
   // Stages `source` with the format `index` and returns the staged counts.
   Counts stage(const fs::path& source, int index, kel_test::RecordingUi& ui) {
-    session::MainWindowController c(prog, ui);
+    preview::StagedPreview preview;
+    mapping::MappingPanel mapping;
+    session::MainWindowController c(prog, ui, preview, mapping);
     c.Form_Load(company.string() + "*" + source.string() + "*" + std::to_string(index));
     EXPECT_EQ(c.state.cmbFormato_index, index);
     c.Form_Activate();
-    EXPECT_FALSE(c.lblDatosCP_visible);
+    EXPECT_FALSE(preview.lblDatosCP_visible);
     // Both forms carry every column the formats read, Conceptos.TotalBPS
     // included: nothing is refused and there is nothing to warn about.
     EXPECT_EQ(c.last_load_stats.statements_failed, 0);
@@ -132,7 +134,9 @@ TEST(DemoSession, DatabaseFileFormStagesEveryTable) {
   // The import run on the staged demo: the source's company is not read from
   // a database-file source, so the names differ and both questions come.
   ui.default_answer = true;
-  session::MainWindowController c(d.prog, ui);
+  preview::StagedPreview preview;
+  mapping::MappingPanel mapping;
+  session::MainWindowController c(d.prog, ui, preview, mapping);
   c.Form_Load(d.company.string());
   c.cbImportar_Click();
   ASSERT_EQ(ui.log.size(), 3u);

@@ -1,0 +1,40 @@
+// db/row_cursor.h — a forward result set read a page at a time.
+//
+// Recordset reads a whole result when it opens, which is right for the
+// transfer but not for a browser over years of staged liquidations: a
+// RowCursor keeps its statement open and hands rows over in pages, so that
+// the first screen costs one page of memory whatever the result's length.
+//
+// A cursor over a SQLite connection steps its own prepared statement; over
+// any other connection it falls back to a Recordset read whole. A cursor must
+// not outlive its connection; writes to the tables it reads, made while it is
+// open, may or may not show in the pages still to come.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "db/connection.h"
+
+namespace db {
+
+class RowCursor {
+ public:
+  virtual ~RowCursor() = default;
+  // The result's field names.
+  virtual const std::vector<std::string>& names() const = 0;
+  // Up to `count` further rows; fewer only at the end of the result.
+  // Throws db::Error when the engine fails on the way.
+  virtual std::vector<std::vector<Value>> fetch(std::size_t count) = 0;
+  // True once the last row was handed over.
+  virtual bool at_end() const = 0;
+};
+
+// Opens a cursor over a Jet query on `conn`. Throws db::Error when the
+// statement is refused.
+std::unique_ptr<RowCursor> open_cursor(Connection& conn, std::string_view jet_sql);
+
+}  // namespace db

@@ -129,6 +129,22 @@ struct Session {
   }
 };
 
+// A copy of the built program folder `from` without the executable, the demo
+// and any staging databases left by earlier runs: the formats, their
+// statement files and the template.
+inline void copy_program_folder(const fs::path& from, const fs::path& to) {
+  fs::create_directories(to);
+  for (const fs::directory_entry& e : fs::directory_iterator(from)) {
+    const std::string name = e.path().filename().string();
+    if (e.is_directory()) {
+      if (name == "demo" || (name != "Generica" && fs::exists(e.path() / "Pasaje.mdb"))) continue;
+      fs::copy(e.path(), to / name, fs::copy_options::recursive);
+    } else if (name != "kelimport") {
+      fs::copy_file(e.path(), to / name);
+    }
+  }
+}
+
 inline bool has_line(const std::vector<std::string>& log, const std::string& line) {
   return std::find(log.begin(), log.end(), line) != log.end();
 }

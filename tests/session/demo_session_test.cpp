@@ -14,22 +14,6 @@ using Counts = std::map<std::string, std::string>;
 
 const fs::path kBuiltProgram = KEL_PROGRAM_DIR;
 
-// The program folder without the executable, the demo and any staging
-// databases left by earlier runs: the formats, their statement files and the
-// template.
-void copy_program_folder(const fs::path& to) {
-  fs::create_directories(to);
-  for (const fs::directory_entry& e : fs::directory_iterator(kBuiltProgram)) {
-    const std::string name = e.path().filename().string();
-    if (e.is_directory()) {
-      if (name == "demo" || (name != "Generica" && fs::exists(e.path() / "Pasaje.mdb"))) continue;
-      fs::copy(e.path(), to / name, fs::copy_options::recursive);
-    } else if (name != "kelimport") {
-      fs::copy_file(e.path(), to / name);
-    }
-  }
-}
-
 std::vector<std::string> tables_of(const fs::path& db) {
   std::vector<std::string> names;
   sqlite3* h = nullptr;
@@ -59,7 +43,7 @@ struct DemoCopy {
   DemoCopy() {
     EXPECT_TRUE(fs::exists(kBuiltProgram / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
     EXPECT_TRUE(fs::exists(kBuiltProgram / "ConfIMP.ini")) << "the build installs the formats";
-    copy_program_folder(prog);
+    kel_test::copy_program_folder(kBuiltProgram, prog);
     fs::copy(kBuiltProgram / "demo", demo, fs::copy_options::recursive);
   }
 

@@ -4,6 +4,8 @@
 
 #include <sqlite3.h>
 
+#include <cctype>
+
 #include "db/error.h"
 #include "db/sqlite_connection.h"
 
@@ -29,62 +31,76 @@ Value value_of(sqlite3_stmt* stmt, int i) {
   }
 }
 
-// Steps a statement of its own; the first step is taken when it opens, so
-// that a refused statement fails there and the names are those of the rows.
+// Reads each page with a statement of its own, the query's text followed by
+// LIMIT and OFFSET, stepped to its end at once. No statement stays pending
+// between pages: a pending one would hold the connection's implicit
+// transaction open, and every write made on the connection meanwhile would
+// stay uncommitted and lock other connections out.
 class SqliteCursor final : public RowCursor {
  public:
-  SqliteCursor(sqlite3* db, const std::string& sql, std::string_view jet_sql) : db_(db), jet_(jet_sql), sql_(sql) {
-    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt_, nullptr) != SQLITE_OK) {
-      std::string message = kRefused + sqlite3_errmsg(db_);
-      sqlite3_finalize(stmt_);
-      stmt_ = nullptr;
-      throw Error(message, jet_, sql_);
-    }
-    step();
-    const int columns = sqlite3_column_count(stmt_);
+  SqliteCursor(sqlite3* db, std::string sql, std::string_view jet_sql) : db_(db), jet_(jet_sql), sql_(std::move(sql)) {
+    while (!sql_.empty() && (sql_.back() == ';' || sql_.back() == ' ' || sql_.back() == '\n')) sql_.pop_back();
+    // A query that limits its own rows (Top) is paged from outside.
+    if (contains_limit(sql_)) sql_ = "SELECT * FROM (" + sql_ + ")";
+    sqlite3_stmt* stmt = prepare(0);
+    const int columns = sqlite3_column_count(stmt);
     for (int i = 0; i < columns; ++i) {
-      const char* name = sqlite3_column_name(stmt_, i);
+      const char* name = sqlite3_column_name(stmt, i);
       names_.emplace_back(name ? name : "");
     }
+    sqlite3_finalize(stmt);
   }
-  ~SqliteCursor() override { sqlite3_finalize(stmt_); }
-  SqliteCursor(const SqliteCursor&) = delete;
-  SqliteCursor& operator=(const SqliteCursor&) = delete;
 
   const std::vector<std::string>& names() const override { return names_; }
-  bool at_end() const override { return rc_ != SQLITE_ROW; }
+  bool at_end() const override { return at_end_; }
 
   std::vector<std::vector<Value>> fetch(std::size_t count) override {
     std::vector<std::vector<Value>> rows;
-    const int columns = static_cast<int>(names_.size());
-    while (rows.size() < count && rc_ == SQLITE_ROW) {
+    if (at_end_ || count == 0) return rows;
+    // One row more than asked tells whether the result goes on.
+    sqlite3_stmt* stmt = prepare(count + 1);
+    const int columns = sqlite3_column_count(stmt);
+    int rc = SQLITE_ROW;
+    while ((rc = sqlite3_step(stmt)) == SQLITE_ROW && rows.size() < count) {
       std::vector<Value> row;
-      row.reserve(names_.size());
-      for (int i = 0; i < columns; ++i) row.push_back(value_of(stmt_, i));
+      row.reserve(static_cast<std::size_t>(columns));
+      for (int i = 0; i < columns; ++i) row.push_back(value_of(stmt, i));
       rows.push_back(std::move(row));
-      step();
     }
+    if (rc != SQLITE_ROW && rc != SQLITE_DONE) {
+      std::string message = kRefused + sqlite3_errmsg(db_);
+      sqlite3_finalize(stmt);
+      throw Error(message, jet_, sql_);
+    }
+    at_end_ = rc == SQLITE_DONE;
+    sqlite3_finalize(stmt);
+    offset_ += rows.size();
     return rows;
   }
 
  private:
-  void step() {
-    rc_ = sqlite3_step(stmt_);
-    if (rc_ != SQLITE_ROW && rc_ != SQLITE_DONE) {
+  static bool contains_limit(const std::string& sql) {
+    std::string upper(sql);
+    for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return upper.find("LIMIT") != std::string::npos;
+  }
+
+  sqlite3_stmt* prepare(std::size_t limit) {
+    const std::string text = sql_ + " LIMIT " + std::to_string(limit) + " OFFSET " + std::to_string(offset_);
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(db_, text.c_str(), -1, &stmt, nullptr) != SQLITE_OK) {
       std::string message = kRefused + sqlite3_errmsg(db_);
-      sqlite3_reset(stmt_);
-      rc_ = SQLITE_DONE;
-      throw Error(message, jet_, sql_);
+      sqlite3_finalize(stmt);
+      throw Error(message, jet_, text);
     }
-    // Done: let go of the statement's read of the database at once.
-    if (rc_ == SQLITE_DONE) sqlite3_reset(stmt_);
+    return stmt;
   }
 
   sqlite3* db_;
   std::string jet_;
   std::string sql_;
-  sqlite3_stmt* stmt_ = nullptr;
-  int rc_ = SQLITE_DONE;
+  std::size_t offset_ = 0;
+  bool at_end_ = false;
   std::vector<std::string> names_;
 };
 

@@ -2,13 +2,14 @@
 //
 // Recordset reads a whole result when it opens, which is right for the
 // transfer but not for a browser over years of staged liquidations: a
-// RowCursor keeps its statement open and hands rows over in pages, so that
-// the first screen costs one page of memory whatever the result's length.
+// RowCursor hands rows over in pages, so that the first screen costs one page
+// of memory whatever the result's length.
 //
-// A cursor over a SQLite connection steps its own prepared statement; over
-// any other connection it falls back to a Recordset read whole. A cursor must
-// not outlive its connection; writes to the tables it reads, made while it is
-// open, may or may not show in the pages still to come.
+// Over a SQLite connection each page is a statement of its own (the query
+// with LIMIT and OFFSET), run to its end, so nothing stays pending on the
+// connection between pages; over any other connection the cursor falls back
+// to a Recordset read whole. A cursor must not outlive its connection; rows
+// written or deleted between pages shift the pages still to come.
 #pragma once
 
 #include <cstddef>

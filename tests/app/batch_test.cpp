@@ -102,6 +102,16 @@ TEST_F(BatchRun, AnswersDecideTheExitStatus) {
   EXPECT_TRUE(no.has("¿Desea continuar de todas formas? -> No\n"));
   EXPECT_FALSE(no.has("INFO:"));
   EXPECT_FALSE(no.has("Confirma importar"));
+  // Before the questions, one line per staged concept and type says what
+  // becomes of it.
+  std::size_t relations = 0;
+  for (std::size_t at = no.out.find("\nRELACION: "); at != std::string::npos; at = no.out.find("\nRELACION: ", at + 1))
+    ++relations;
+  EXPECT_EQ(relations, 52u + 8u) << no.out;
+  EXPECT_TRUE(no.has("\nRELACION: concepto 11 (011->Sueldo anual complementario) -> KEL 13 (Aguinaldo)\n"));
+  EXPECT_TRUE(no.has("\nRELACION: concepto 1 (001->Sueldo básico) -> se crea en KEL\n"));
+  EXPECT_TRUE(no.has("\nRELACION: tipo 8 (Retroactivo convenio) -> se crea en KEL\n"));
+  EXPECT_LT(no.out.find("RELACION: "), no.out.find("PREGUNTA: "));
 
   BatchResult unanswered = run({demo_line()});
   EXPECT_EQ(unanswered.status, 3);

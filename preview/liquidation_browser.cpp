@@ -20,8 +20,8 @@ void LiquidationBrowser::refresh(db::Connection& staging, int sort_column) {
   clear();
   if (sort_column != -1) {
     // The headings' names are the query's fields; before a first read they
-    // are asked of the query without fetching any header.
-    if (names_.empty()) names_ = staging.open_recordset("Select * From CHistLiq where 1=0").names();
+    // are taken from the query in its current order, opened without reading.
+    if (names_.empty()) names_ = db::open_cursor(staging, sql::liquidation_headers_select(sort_))->names();
     if (sort_column >= 0 && sort_column < static_cast<int>(names_.size()))
       sort_ = sql::liquidation_sort_text(sort_, names_[static_cast<std::size_t>(sort_column)], sort_column);
   }

@@ -60,6 +60,10 @@ void MainWindowController::ActuGridLiquida(int Col) {
   if (staging && staging->is_open()) preview_.browser.refresh(*staging, Col);
 }
 
+void MainWindowController::GridLiq_RowColChange(int row) {
+  if (staging && staging->is_open()) preview_.browser.set_current_row(*staging, row);
+}
+
 void MainWindowController::cbAgrQuit_Click(int index) {
   auto dbs = mapping_databases();
   if (!dbs) return;

@@ -160,6 +160,8 @@ class MainWindowController {
   void ActuGridTliq();
   // ActuGridLiquida(Col): the liquidation headers, sorted by column `Col`.
   void ActuGridLiquida(int Col = -1);
+  // The current row of GridLiq became `row`: GridDatosLiq shows its lines.
+  void GridLiq_RowColChange(int row);
   // cbAgrQuit_Click(index): 0/1 add/remove a concept relation, 2/3 a type one.
   void cbAgrQuit_Click(int index);
   // btBorraTodosVinc_Click: deletes the automatic concept links (after a Yes).

@@ -310,6 +310,13 @@ TEST(GridsOnTheDemo, PreviewAndLookups) {
     shown.push_back(b.GridDatosLiq().row(i)[0] + "|" + b.GridDatosLiq().row(i)[1] + "|" + b.GridDatosLiq().style(i));
   EXPECT_EQ(shown, lines);
   ASSERT_FALSE(lines.empty());
+  // Another header; a row not fetched empties the lines.
+  d.c->GridLiq_RowColChange(2);
+  EXPECT_EQ(b.current_row(), 2);
+  EXPECT_EQ(b.GridDatosLiq().row_count(),
+            std::stoul(d.staged("SELECT count(*) FROM Datos_Liquidacion WHERE id_Encabezado=" + first_ids[2])));
+  d.c->GridLiq_RowColChange(static_cast<int>(headers));
+  EXPECT_EQ(b.GridDatosLiq().row_count(), 0u);
 
   d.preview.browser.fetch_more(headers);
   EXPECT_EQ(b.GridLiq().row_count(), headers);

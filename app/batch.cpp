@@ -214,7 +214,9 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
   ui.default_answer = options->answer;
   ui.on_line = [&out](const std::string& line) { out << PrintedMessage(line) << "\n" << std::flush; };
   transfer::Importer importer;
-  session::MainWindowController c(program_folder, ui, importer);
+  preview::StagedPreview preview;
+  mapping::MappingPanel mapping;
+  session::MainWindowController c(program_folder, ui, importer, preview, mapping);
   TerminalProgress progress(err);
   if (show_progress) c.Barra.yield = [&] { progress.show(c.Barra); };
 
@@ -235,14 +237,18 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
       c.state.period.hasta_checked = true;
     }
     session::CargarMes(c.state.period);
-    c.chkImpSoloConUtil = options->only_used_concepts;
+    preview.chkImpSoloConUtil = options->only_used_concepts;
     // The boxes are ticked before the source is matched, as a user ticks them
     // before pressing refresh: the matching then unticks the groups whose
     // sources it does not find.
     if (options->groups) c.state.ChkOP = *options->groups;
 
     c.Form_Activate();
-    if (!c.lblDatosCP_visible) print_staging_summary(c, out);
+    if (!preview.lblDatosCP_visible) print_staging_summary(c, out);
+    // What the mapping grids say, so that a scripted run shows what is
+    // imported under which KEL code.
+    for (const std::string& line : mapping::RelationSummary(mapping.GridRelacConc, mapping.GridRelacTL))
+      out << "RELACION: " << line << "\n";
 
     // The window shows its closing box even with no box ticked; a batch run
     // that would transfer nothing says so and is not a success.

@@ -25,6 +25,7 @@
 #include <vector>
 
 #include "db/recordset.h"
+#include "db/sql_text.h"
 #include "db/sqlite_connection.h"
 #include "db/value.h"
 #include "demo/demo.h"
@@ -167,7 +168,7 @@ int main(int argc, char** argv) {
     std::fflush(stdout);
 
     YesToAll answers;
-    transfer::StepContext ctx{kel, staging, transfer::jet_path_literal(staging_path.string()), answers, {}};
+    transfer::StepContext ctx{kel, staging, db::jet_path_literal(staging_path.string()), answers, {}};
     transfer::RunInputs inputs;
     inputs.persons_imported = true;
     transfer::Importer importer;

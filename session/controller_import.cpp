@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "db/sql_text.h"
 #include "session/main_controller.h"
 
 namespace session {
@@ -42,7 +43,7 @@ ImportResult MainWindowController::cbImportar_Click() {
           if (!destination || !destination->is_open()) throw std::runtime_error("No hay una base de KEL abierta");
           if (!staging || !staging->is_open()) throw std::runtime_error("No hay una base auxiliar abierta");
           transfer::StepContext ctx{*destination, *staging,
-                                    transfer::jet_path_literal(staging->data_source_name()), questions,
+                                    db::jet_path_literal(staging->data_source_name()), questions,
                                     [this](float argument) { ActuBarra(argument); }};
           // The months go as "yyyy-MM-01", a text Jet's CDate reads in any
           // locale; an unticked bound goes as "".
@@ -51,8 +52,8 @@ ImportResult MainWindowController::cbImportar_Click() {
           applied.push_back("paso " + current);
         }
         current = "actualización de las grillas de relaciones";
-        if (ActuGridConc) ActuGridConc();
-        if (ActuGridTliq) ActuGridTliq();
+        ActuGridConc(-1);
+        ActuGridTliq();
       },
       [&] { return current; }, [&] { return applied; });
   ui_.information("Importación Satisfactoria!!");

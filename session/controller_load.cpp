@@ -7,6 +7,8 @@
 namespace session {
 
 void MainWindowController::CargarDatos() {
+  // The load empties the tables the browser's open cursor reads.
+  preview_.browser.release();
   staging::StagingLoad load;
   load.staging = staging.get();
   load.program_folder = program_folder_;
@@ -20,8 +22,8 @@ void MainWindowController::CargarDatos() {
   load.values.desde = state.period.desde_bound();
   load.values.hasta = state.period.hasta_bound();
   load.ActuBarra = [this](float argument) { ActuBarra(argument); };
-  load.hide_lblDatosCP = [this] { lblDatosCP_visible = false; };
-  load.ActuGrillas = ActuGrillas;
+  load.hide_lblDatosCP = [this] { preview_.lblDatosCP_visible = false; };
+  load.ActuGrillas = [this] { ActuGrillas(); };
   load.CargarMes = [this] { CargarMes(state.period); };
   last_load_warnings.clear();
   last_load_stats = {};

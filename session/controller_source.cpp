@@ -69,7 +69,7 @@ void MainWindowController::SelEmpresaAImp(const std::string& path) {
   LblEmpresa = PathDeEmp;
 
   if (PrepararBDAux(company_folder) || company_folder.empty()) {
-    if (ActuGrillas) ActuGrillas();
+    ActuGrillas();
   } else {
     ui_.warning("No se pudo preparar la base de datos auxiliar para la importacion de datos");
   }
@@ -102,6 +102,8 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
       std::this_thread::sleep_for(kCopyWaitStep);
   }
 
+  // The browser's open cursor reads the connection about to be replaced.
+  preview_.browser.release();
   db::open_database(file.string(), staging);
   ui_.repaint();
   return staging->is_open();

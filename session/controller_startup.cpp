@@ -12,13 +12,16 @@
 namespace session {
 
 MainWindowController::MainWindowController(std::filesystem::path program_folder, UserInterface& ui,
-                                           transfer::StepRunner& transfer)
-    : program_folder_(std::move(program_folder)), ui_(ui), transfer_(transfer) {
+                                           transfer::StepRunner& transfer, preview::StagedPreview& preview,
+                                           mapping::MappingPanel& mapping)
+    : program_folder_(std::move(program_folder)), ui_(ui), transfer_(transfer), preview_(preview), mapping_(mapping) {
   state.program_folder = program_folder_;
   Barra.yield = [this] { ui_.repaint(); };
 }
 
-MainWindowController::~MainWindowController() = default;
+// The preview outlives the controller; its open cursor must not outlive the
+// staging connection.
+MainWindowController::~MainWindowController() { preview_.browser.release(); }
 
 void MainWindowController::show_pending_warnings() {
   std::vector<std::string> pending;

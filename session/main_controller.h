@@ -7,17 +7,18 @@
 // Everything it tells or asks the user goes through a UserInterface, so the
 // same controller serves the window, batch runs and tests.
 //
-// The five transfer steps are a required collaborator (transfer::StepRunner),
-// given at construction: a controller without a transfer cannot be built.
-// Other work that belongs to other parts of the program (the preview grids,
-// the mapping grids, the ODBC picker) is reached through hooks that are empty
-// by default; a hook that is not set is simply not called.
+// The five transfer steps (transfer::StepRunner), the preview of the staged
+// data and the mapping panels (preview::StagedPreview, mapping::MappingPanel)
+// are required collaborators, given at construction: a controller without a
+// transfer or without its grids cannot be built. The controller fills the
+// grid models; the window draws them. The ODBC picker is still reached
+// through hooks that are empty by default.
 //
 // The procedures live in several files by concern: controller_startup.cpp
 // (start-up, format choice, window end), controller_source.cpp (source choice
 // and staging preparation), controller_load.cpp (the staging load's inputs),
-// controller_valido.cpp (the company check), controller_import.cpp (the
-// import run) and controller_errors.cpp with error_report.{h,cpp} (what an
+// controller_valido.cpp (the company check), controller_grids.cpp (the
+// preview and mapping grids), controller_import.cpp (the import run) and controller_errors.cpp with error_report.{h,cpp} (what an
 // error that stops a run leaves behind).
 //
 // Ending the program: cbSalir_Click (which runs Form_Unload itself) and an
@@ -29,10 +30,13 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "db/connection.h"
+#include "mapping/mapping_panel.h"
+#include "preview/staged_preview.h"
 #include "session/error_report.h"
 #include "session/progress.h"
 #include "session/session_state.h"
@@ -60,9 +64,11 @@ class MainWindowController {
   // `program_folder` is the folder beside the program where ConfIMP.ini, the
   // format and statement files and Generica/Pasaje.mdb live; `ui` must outlive
   // the controller. `transfer` runs the step of each ticked group (the
-  // program gives a transfer::Importer) and must outlive the controller too.
-  MainWindowController(std::filesystem::path program_folder, UserInterface& ui,
-                       transfer::StepRunner& transfer);
+  // program gives a transfer::Importer); the preview and the mapping panels
+  // are filled by the controller and drawn by the window. All three must
+  // outlive the controller.
+  MainWindowController(std::filesystem::path program_folder, UserInterface& ui, transfer::StepRunner& transfer,
+                       preview::StagedPreview& preview, mapping::MappingPanel& mapping);
   ~MainWindowController();
   MainWindowController(const MainWindowController&) = delete;
   MainWindowController& operator=(const MainWindowController&) = delete;
@@ -76,18 +82,13 @@ class MainWindowController {
   std::string txtRuta;                         // the source path box
   std::string PathDeEmp;                       // the destination database file
   std::string LblEmpresa;                      // shows PathDeEmp
-  bool lblDatosCP_visible = true;              // "Datos Cargados Previamente"
   bool auto_refresh = false;                   // the command line named the source
   bool ImportaEmpleados = false;               // ChkOP(2) of the current run
-  bool chkImpSoloConUtil = false;              // import only the concepts in use
   bool AreConf_visible = false;                // the configuration panel
   std::vector<std::string> cmbCodBPS;          // the BPS codes of the relations
   long long total_lines = 0;                   // lines of the matched files (sizes the load's steps)
 
   // ---- Hooks (empty by default) --------------------------------------------
-  std::function<void()> ActuGrillas;   // refresh the staged-data preview
-  std::function<void()> ActuGridConc;  // refresh the concept-mapping grid
-  std::function<void()> ActuGridTliq;  // refresh the liquidation-type grid
   // The ODBC data sources of the machine, for the picker.
   std::function<std::vector<std::string>()> ListarODBC;
   // Opens a connection on an ODBC connection text ("DSN=name;"); the result's
@@ -163,6 +164,28 @@ class MainWindowController {
   // step is reported and ends the program (throws SessionAborted).
   ImportResult cbImportar_Click();
 
+  // ---- Preview and mapping grids (controller_grids.cpp) -------------------
+  preview::StagedPreview& preview() { return preview_; }
+  mapping::MappingPanel& mapping() { return mapping_; }
+  // ActuGrillas: refreshes the preview, the lookups and both mapping grids
+  // from the staging database (nothing when it is not open).
+  void ActuGrillas();
+  // ActuGridConc(Col): the concept grid, sorted by column `Col` (-1 keeps
+  // the sort); rebuilds ConcCrear. Nothing without both databases open.
+  void ActuGridConc(int Col = -1);
+  // ActuGridTliq: the liquidation-type grid.
+  void ActuGridTliq();
+  // ActuGridLiquida(Col): the liquidation headers, sorted by column `Col`.
+  void ActuGridLiquida(int Col = -1);
+  // The current row of GridLiq became `row`: GridDatosLiq shows its lines.
+  void GridLiq_RowColChange(int row);
+  // cbAgrQuit_Click(index): 0/1 add/remove a concept relation, 2/3 a type one.
+  void cbAgrQuit_Click(int index);
+  // btBorraTodosVinc_Click: deletes the automatic concept links (after a Yes).
+  void btBorraTodosVinc_Click();
+  // btCargaAutomat_Click: empties ConcCrear; the staging load reloads the links.
+  void btCargaAutomat_Click();
+
   // ---- Progress ------------------------------------------------------------
   void ActuBarra(float argument = ProgressBar::kReset) { Barra.ActuBarra(argument); }
   void AF_GenImp() { Barra.AF_GenImp(); }
@@ -181,9 +204,14 @@ class MainWindowController {
   std::string SeleccionarDSN();
   void select_command_line_format(const std::string& field);
 
+  // Both databases for the mapping panels; nullopt unless both are open.
+  std::optional<mapping::Databases> mapping_databases();
+
   std::filesystem::path program_folder_;
   UserInterface& ui_;
   transfer::StepRunner& transfer_;
+  preview::StagedPreview& preview_;
+  mapping::MappingPanel& mapping_;
   std::filesystem::path staging_folder_;
   bool ended_ = false;
 };

@@ -9,9 +9,9 @@
 
 #include "db/error.h"
 #include "db/recordset.h"
+#include "db/sql_text.h"
 #include "db/value.h"
 #include "transfer/conceptos_sql.h"
-#include "transfer/importer.h"
 
 namespace transfer {
 namespace {
@@ -160,7 +160,7 @@ StepReport import_concepts(StepContext& ctx) {
   StepReport report;
   report.step = kConceptosStepName;
   // The selections read KEL's tables by the destination's own file path.
-  const std::string destination_path = jet_path_literal(ctx.destination.data_source_name());
+  const std::string destination_path = db::jet_path_literal(ctx.destination.data_source_name());
   import_concept_rows(ctx, report, destination_path);
   repaint(ctx);
   import_type_rows(ctx, report, destination_path);

@@ -40,14 +40,4 @@ StepReport Importer::run_step(int group, StepContext& ctx, const RunInputs& inpu
   }
 }
 
-std::string jet_path_literal(const std::string& path) {
-  std::string text;
-  text.reserve(path.size() + 2);
-  for (char c : path) {
-    text += c;
-    if (c == '\'') text += '\'';
-  }
-  return text;
-}
-
 }  // namespace transfer

@@ -43,8 +43,4 @@ class Importer final : public StepRunner {
   StepReport run_step(int group, StepContext& ctx, const RunInputs& inputs) override;
 };
 
-// `path` as it goes between the quotes of an `in '...'` clause: every single
-// quote doubled, so that a folder such as O'Brien does not end the text.
-std::string jet_path_literal(const std::string& path);
-
 }  // namespace transfer

@@ -81,6 +81,22 @@ TEST_F(BatchRun, BadArgumentsExitWithThreeAndTheUsage) {
 }
 
 TEST_F(BatchRun, AnswersDecideTheExitStatus) {
+  BatchResult no = run({"--no", demo_line()});
+  EXPECT_EQ(no.status, 1) << no.out;
+  EXPECT_TRUE(no.has("¿Desea continuar de todas formas? -> No\n"));
+  EXPECT_FALSE(no.has("INFO:"));
+  EXPECT_FALSE(no.has("Confirma importar"));
+  // Before the questions (and before any import created mappings), one line
+  // per staged concept and type says what becomes of it.
+  std::size_t relations = 0;
+  for (std::size_t at = no.out.find("\nRELACION: "); at != std::string::npos; at = no.out.find("\nRELACION: ", at + 1))
+    ++relations;
+  EXPECT_EQ(relations, 52u + 8u) << no.out;
+  EXPECT_TRUE(no.has("\nRELACION: concepto 11 (011->Sueldo anual complementario) -> KEL 13 (Aguinaldo)\n"));
+  EXPECT_TRUE(no.has("\nRELACION: concepto 1 (001->Sueldo básico) -> se crea en KEL\n"));
+  EXPECT_TRUE(no.has("\nRELACION: tipo 8 (Retroactivo convenio) -> se crea en KEL\n"));
+  EXPECT_LT(no.out.find("RELACION: "), no.out.find("PREGUNTA: "));
+
   BatchResult yes = run({"--yes", "--from", "01/2024", demo_line(0)});
   EXPECT_EQ(yes.status, 0) << yes.out;
   EXPECT_TRUE(yes.has("\nCARGA: Personas: 50 filas\n")) << yes.out;
@@ -98,12 +114,6 @@ TEST_F(BatchRun, AnswersDecideTheExitStatus) {
   EXPECT_TRUE(yes.has("\nTRANSFERIDO: 5. Liquidaciones: Encabezados: ")) << yes.out;
   EXPECT_EQ(yes.err, "");  // not a terminal: no progress
   EXPECT_TRUE(fs::exists(prog_ / "Empresa" / "Pasaje.mdb"));
-
-  BatchResult no = run({"--no", demo_line()});
-  EXPECT_EQ(no.status, 1) << no.out;
-  EXPECT_TRUE(no.has("¿Desea continuar de todas formas? -> No\n"));
-  EXPECT_FALSE(no.has("INFO:"));
-  EXPECT_FALSE(no.has("Confirma importar"));
 
   BatchResult unanswered = run({demo_line()});
   EXPECT_EQ(unanswered.status, 3);

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "db/sqlite_connection.h"
+#include "db/sql_text.h"
 #include "schema/database_scripts.h"
 #include "support/temp_dir.h"
 #include "transfer/importer.h"
@@ -52,7 +53,7 @@ class StepTest : public ::testing::Test {
   }
 
   transfer::StepContext context() {
-    return transfer::StepContext{kel_, staging_, transfer::jet_path_literal(staging_path_), questions_,
+    return transfer::StepContext{kel_, staging_, db::jet_path_literal(staging_path_), questions_,
                                  [this](float) { ++repaints_; }};
   }
 

@@ -110,6 +110,8 @@ class RecordingUi : public session::ScriptedUserInterface {
 // prog/E001/Pasaje.mdb.
 struct Session {
   TempFolder tmp;
+  preview::StagedPreview preview;
+  mapping::MappingPanel mapping;
   fs::path prog = tmp / "prog";
   fs::path company = tmp / "Datos con espacio" / "E001" / "Empresa.mdb";
   fs::path staging_db = prog / "E001" / "Pasaje.mdb";
@@ -123,11 +125,27 @@ struct Session {
   std::string staged(const std::string& sql) const { return query_text(staging_db, sql); }
   // A controller started on `command_line` (the company alone when empty).
   std::unique_ptr<session::MainWindowController> start(const std::string& command_line = "") {
-    auto c = std::make_unique<session::MainWindowController>(prog, ui, importer);
+    auto c = std::make_unique<session::MainWindowController>(prog, ui, importer, preview, mapping);
     c->Form_Load(command_line.empty() ? company.string() : command_line);
     return c;
   }
 };
+
+// A copy of the built program folder `from` without the executable, the demo
+// and any staging databases left by earlier runs: the formats, their
+// statement files and the template.
+inline void copy_program_folder(const fs::path& from, const fs::path& to) {
+  fs::create_directories(to);
+  for (const fs::directory_entry& e : fs::directory_iterator(from)) {
+    const std::string name = e.path().filename().string();
+    if (e.is_directory()) {
+      if (name == "demo" || (name != "Generica" && fs::exists(e.path() / "Pasaje.mdb"))) continue;
+      fs::copy(e.path(), to / name, fs::copy_options::recursive);
+    } else if (name != "kelimport") {
+      fs::copy_file(e.path(), to / name);
+    }
+  }
+}
 
 inline bool has_line(const std::vector<std::string>& log, const std::string& line) {
   return std::find(log.begin(), log.end(), line) != log.end();

@@ -29,7 +29,8 @@ struct RecordingSteps final : transfer::StepRunner {
 };
 
 // A started controller on a KEL company and a source database, with the
-// transfer and the grid refreshes replaced by recorders.
+// transfer replaced by a recorder; step 0 also stages a liquidation type,
+// which the type grid shows once the run refreshed it.
 struct ImportSession : kel_test::Session {
   std::filesystem::path source_db = tmp / "fuente.db";
   RecordingSteps steps;
@@ -41,11 +42,14 @@ struct ImportSession : kel_test::Session {
       : Session(kel_name, kel_rs) {
     kel_test::make_source_company(source_db, src_name, src_rs);
     steps.calls = &calls;
-    c = std::make_unique<session::MainWindowController>(prog, ui, steps);
+    c = std::make_unique<session::MainWindowController>(prog, ui, steps, preview, mapping);
     c->Form_Load(company.string());
     db::open_database(source_db.string(), c->source);
-    c->ActuGridConc = [this] { calls.push_back("grilla conceptos"); };
-    c->ActuGridTliq = [this] { calls.push_back("grilla tipos"); };
+    steps.on_step = [this](int group) {
+      if (group != 0) return;
+      c->staging->execute("Delete * From TiposLiquidacion Where id_TipoLiq=9");
+      c->staging->execute("Insert Into TiposLiquidacion (id_TipoLiq, Nombre) Values (9, ' Extra ')");
+    };
   }
   std::string report() const { return TempDir::read(prog / "E001" / "kelimport-errores.txt"); }
 };
@@ -119,7 +123,8 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
   session::ImportResult result = s.c->cbImportar_Click();
   EXPECT_TRUE(result.finished);
   EXPECT_TRUE(result.steps.empty());
-  EXPECT_EQ(s.calls, (Log{"grilla conceptos", "grilla tipos"}));
+  EXPECT_EQ(s.calls, Log{});
+  EXPECT_EQ(s.c->mapping().GridRelacTL.row_texts(), Log{});
   EXPECT_EQ(s.ui.log.back(), kDone);
   EXPECT_FALSE(s.c->ImportaEmpleados);
 
@@ -130,12 +135,12 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
   s.c->state.period.desde_checked = true;
   s.c->state.period.hasta = session::Month(2024, 2);
   result = s.c->cbImportar_Click();
-  EXPECT_EQ(s.calls, (Log{"paso 0", "paso 2", "liquidaciones [2023-03-01] []", "grilla conceptos",
-                          "grilla tipos"}));
+  EXPECT_EQ(s.calls, (Log{"paso 0", "paso 2", "liquidaciones [2023-03-01] []"}));
   ASSERT_EQ(result.steps.size(), 3u);
   EXPECT_EQ(result.steps[1].group, 2);
   EXPECT_EQ(result.steps[2].report.step, "Liquidaciones");
   EXPECT_TRUE(result.finished);
+  EXPECT_EQ(s.c->mapping().GridRelacTL.row_texts(), Log{"'9'|'Extra'|''|'"});
   EXPECT_TRUE(s.c->ImportaEmpleados);
   EXPECT_EQ(s.ui.log, (Log{kConfirm + " -> Sí", kDone}));
 
@@ -144,7 +149,7 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
   s.c->state.ChkOP = {false, false, false, false, true};
   s.c->state.period.hasta_checked = true;
   s.c->cbImportar_Click();
-  EXPECT_EQ(s.calls, (Log{"liquidaciones [2023-03-01] [2024-02-01]", "grilla conceptos", "grilla tipos"}));
+  EXPECT_EQ(s.calls, (Log{"liquidaciones [2023-03-01] [2024-02-01]"}));
 }
 
 TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {
@@ -203,7 +208,9 @@ TEST(ControllerImport, RealStepsReadAStagingFolderWithAQuote) {
   kel_test::RecordingUi ui;
   ui.default_answer = true;
   transfer::Importer importer;
-  session::MainWindowController c(prog, ui, importer);
+  preview::StagedPreview preview;
+  mapping::MappingPanel mapping;
+  session::MainWindowController c(prog, ui, importer, preview, mapping);
   c.Form_Load(company.string());
   const fs::path staging = prog / "O'Brien" / "Pasaje.mdb";
   ASSERT_EQ(c.staging_folder(), prog / "O'Brien");

@@ -64,10 +64,10 @@ TEST(ControllerStaging, BrowsingTheSourceFolder) {
   s.ui.folders = {std::nullopt, src.string()};
   c->cbBuscar_Click(0);  // cancelled: nothing changes, nothing staged
   EXPECT_EQ(c->txtRuta, before.string());
-  EXPECT_TRUE(c->lblDatosCP_visible);
+  EXPECT_EQ(s.staged("SELECT count(*) FROM Cargos"), "0");
   c->cbBuscar_Click(0);
   EXPECT_EQ(c->txtRuta, src.string());
-  EXPECT_FALSE(c->lblDatosCP_visible);
+  EXPECT_FALSE(s.preview.lblDatosCP_visible);
   EXPECT_EQ(s.staged("SELECT Cargo FROM Cargos"), "Peón");
   EXPECT_EQ(c->state.ChkOP, (std::array<bool, 5>{false, true, false, false, false}));
   EXPECT_EQ(s.ui.dialogs[0], "carpeta: Seleccionar Carpeta | Seleccione la carpeta de los Archivos "
@@ -122,7 +122,7 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   kel_test::write_file(s.prog / "b.fmt", "TipoBD=0\r\nBD=\r\nEmpresa|NOM(x)|empresa.sql|1\r\n");
   kel_test::make_source_company(s.tmp / "fuente.db", "ACME", "ACME SA");
   s.ui.data_sources = {"Sueldos"};
-  session::MainWindowController c(s.prog, s.ui, s.importer);
+  session::MainWindowController c(s.prog, s.ui, s.importer, s.preview, s.mapping);
   Log opened;
   c.ListarODBC = [] { return Log{"Sueldos", "Otra"}; };
   c.open_odbc = [&](const std::string& text) {
@@ -136,7 +136,7 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   EXPECT_EQ(opened, Log{"DSN=Sueldos;"});
   EXPECT_EQ(c.txtRuta, "Sueldos");
   ASSERT_TRUE(c.source && c.source->is_open());
-  EXPECT_FALSE(c.lblDatosCP_visible);  // staged with no folder test
+  EXPECT_FALSE(s.preview.lblDatosCP_visible);  // staged with no folder test
   EXPECT_FALSE(kel_test::has_line(s.ui.log, "AVISO: La carpeta Sueldos No existe"));
 }
 

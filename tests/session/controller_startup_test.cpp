@@ -64,7 +64,8 @@ TEST(ControllerStartup, DestinationAloneOpensEverythingAndStagesNothing) {
   EXPECT_EQ(c->state.period.desde, session::Month::Current().AddMonths(-12));
   EXPECT_EQ(c->state.period.txtMes[0], "");
   c->Form_Activate();
-  EXPECT_TRUE(c->lblDatosCP_visible);  // no source: no load ran
+  // No source: no load ran, and the empty staging has no earlier data to show.
+  EXPECT_FALSE(s.preview.lblDatosCP_visible);
   EXPECT_EQ(s.staged("SELECT count(*) FROM Empresa"), "0");
 
 }
@@ -72,21 +73,19 @@ TEST(ControllerStartup, DestinationAloneOpensEverythingAndStagesNothing) {
 TEST(ControllerStartup, SourceOnTheCommandLineIsStagedAtTheFirstActivationOnly) {
   Session s;
   kel_test::write_file(s.tmp / "origen" / "empresa01.txt", "una linea\r\n");
-  int grids = 0;
-  session::MainWindowController c(s.prog, s.ui, s.importer);
-  c.ActuGrillas = [&] { ++grids; };
+  session::MainWindowController c(s.prog, s.ui, s.importer, s.preview, s.mapping);
   c.Form_Load(s.company.string() + "*" + (s.tmp / "origen").string() + "*2");
   EXPECT_EQ(c.state.current_format_file, "c.fmt");
   EXPECT_EQ(c.state.TipoImp.kind, 1);
   EXPECT_EQ(s.staged("SELECT count(*) FROM Empresa"), "0");  // nothing staged before activation
-  EXPECT_EQ(grids, 1);                                       // the preview after SelEmpresaAImp
+  EXPECT_EQ(s.preview.txtDatEmp[0], "");                     // the preview shows the empty staging
 
   c.Form_Activate();
   EXPECT_EQ(s.staged("SELECT Nombre FROM Empresa"), "Cargada");
   EXPECT_EQ(s.staged("SELECT count(*) FROM Cargos"), "0");  // no cargos file in the folder
   EXPECT_EQ(c.state.ChkOP, (std::array<bool, 5>{true, false, false, false, false}));
-  EXPECT_FALSE(c.lblDatosCP_visible);
-  EXPECT_EQ(grids, 2);
+  EXPECT_FALSE(s.preview.lblDatosCP_visible);
+  EXPECT_EQ(s.preview.txtDatEmp[0], "Cargada");  // the preview after the load
   EXPECT_FALSE(c.Barra.visible());  // the load ends with a reset
 
   kel_test::run_sqlite(s.staging_db, "DELETE FROM Empresa;");

@@ -15,22 +15,6 @@ using Counts = std::map<std::string, std::string>;
 
 const fs::path kBuiltProgram = KEL_PROGRAM_DIR;
 
-// The program folder without the executable, the demo and any staging
-// databases left by earlier runs: the formats, their statement files and the
-// template.
-void copy_program_folder(const fs::path& to) {
-  fs::create_directories(to);
-  for (const fs::directory_entry& e : fs::directory_iterator(kBuiltProgram)) {
-    const std::string name = e.path().filename().string();
-    if (e.is_directory()) {
-      if (name == "demo" || (name != "Generica" && fs::exists(e.path() / "Pasaje.mdb"))) continue;
-      fs::copy(e.path(), to / name, fs::copy_options::recursive);
-    } else if (name != "kelimport") {
-      fs::copy_file(e.path(), to / name);
-    }
-  }
-}
-
 std::vector<std::string> tables_of(const fs::path& db) {
   std::vector<std::string> names;
   sqlite3* h = nullptr;
@@ -61,17 +45,19 @@ struct DemoCopy {
   DemoCopy() {
     EXPECT_TRUE(fs::exists(kBuiltProgram / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
     EXPECT_TRUE(fs::exists(kBuiltProgram / "ConfIMP.ini")) << "the build installs the formats";
-    copy_program_folder(prog);
+    kel_test::copy_program_folder(kBuiltProgram, prog);
     fs::copy(kBuiltProgram / "demo", demo, fs::copy_options::recursive);
   }
 
   // Stages `source` with the format `index` and returns the staged counts.
   Counts stage(const fs::path& source, int index, kel_test::RecordingUi& ui) {
-    session::MainWindowController c(prog, ui, importer);
+    preview::StagedPreview preview;
+    mapping::MappingPanel mapping;
+    session::MainWindowController c(prog, ui, importer, preview, mapping);
     c.Form_Load(company.string() + "*" + source.string() + "*" + std::to_string(index));
     EXPECT_EQ(c.state.cmbFormato_index, index);
     c.Form_Activate();
-    EXPECT_FALSE(c.lblDatosCP_visible);
+    EXPECT_FALSE(preview.lblDatosCP_visible);
     // Both forms carry every column the formats read, Conceptos.TotalBPS
     // included: nothing is refused and there is nothing to warn about.
     EXPECT_EQ(c.last_load_stats.statements_failed, 0);
@@ -184,10 +170,12 @@ TEST(DemoSession, BothFormsImportWholeIntoTheSameKelCompany) {
     DemoCopy d;
     kel_test::RecordingUi ui;
     ui.default_answer = true;
-    session::MainWindowController c(d.prog, ui, d.importer);
+    preview::StagedPreview preview;
+    mapping::MappingPanel mapping;
+    session::MainWindowController c(d.prog, ui, d.importer, preview, mapping);
     c.Form_Load(d.company.string() + "*" + (d.demo / folder).string() + "*" + std::to_string(index));
     c.Form_Activate();
-    ASSERT_FALSE(c.lblDatosCP_visible);
+    ASSERT_FALSE(preview.lblDatosCP_visible);
     const session::ImportResult result = c.cbImportar_Click();
 
     ASSERT_TRUE(result.finished);

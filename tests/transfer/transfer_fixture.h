@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "db/sqlite_connection.h"
+#include "db/sql_text.h"
 #include "support/temp_dir.h"
 #include "transfer/importer.h"
 
@@ -53,7 +54,7 @@ class TransferTest : public ::testing::Test {
   }
 
   transfer::StepContext context() {
-    return transfer::StepContext{kel_, staging_, transfer::jet_path_literal(staging_path_), questions_,
+    return transfer::StepContext{kel_, staging_, db::jet_path_literal(staging_path_), questions_,
                                  [](float) {}};
   }
 

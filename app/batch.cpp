@@ -1,6 +1,7 @@
 // app/batch.cpp — `kelimport --batch` (see batch.h).
 #include "app/batch.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <sstream>
@@ -9,6 +10,7 @@
 #include "session/main_controller.h"
 #include "session/scripted_ui.h"
 #include "settings/strings.h"
+#include "transfer/importer.h"
 
 namespace app {
 
@@ -90,7 +92,25 @@ void print_staging_summary(session::MainWindowController& c, std::ostream& out) 
   out << std::flush;
 }
 
+// What each step that ran transferred: one line per step, then one per
+// table and action with its rows.
+void print_transferred(const session::ImportResult& result, std::ostream& out) {
+  for (const session::StepRun& run : result.steps) {
+    const std::string step = std::to_string(run.group + 1) + ". " + run.report.step;
+    out << "TRANSFERIDO: " << step << ": " << run.report.statements_run << " instrucciones";
+    if (run.report.statements_ignored > 0)
+      out << ", " << run.report.statements_ignored << " rechazadas sin efecto (se ignoran sus errores)";
+    out << "\n";
+    for (const transfer::TableChange& change : run.report.changes)
+      out << "TRANSFERIDO: " << step << ": " << change.table << ": " << change.rows << " " << change.action << "\n";
+    for (const std::string& note : run.report.notes) out << "TRANSFERIDO: " << step << ": " << note << "\n";
+  }
+  out << std::flush;
+}
+
 }  // namespace
+
+bool BatchSucceeded(const session::ImportResult& result) { return result.finished && !result.steps.empty(); }
 
 std::string batch_usage() {
   return "Uso: kelimport --batch [opciones] \"DESTINO*ORIGEN*FORMATO\"\n"
@@ -111,7 +131,10 @@ std::string batch_usage() {
          "  --only-used-concepts importar solo los conceptos utilizados\n"
          "  --help               esta ayuda\n"
          "\n"
-         "Resultado: 0 importación satisfactoria, 1 una respuesta detuvo la importación,\n"
+         "Cada paso transferido se resume en líneas TRANSFERIDO (filas por tabla).\n"
+         "\n"
+         "Resultado: 0 importación satisfactoria (al menos un grupo transferido), 1 una\n"
+         "respuesta detuvo la importación o no había ningún grupo marcado,\n"
          "2 un error detuvo la importación (ver el informe de errores), 3 argumentos\n"
          "incorrectos.\n";
 }
@@ -190,7 +213,8 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
   session::ScriptedUserInterface ui;
   ui.default_answer = options->answer;
   ui.on_line = [&out](const std::string& line) { out << PrintedMessage(line) << "\n" << std::flush; };
-  session::MainWindowController c(program_folder, ui);
+  transfer::Importer importer;
+  session::MainWindowController c(program_folder, ui, importer);
   TerminalProgress progress(err);
   if (show_progress) c.Barra.yield = [&] { progress.show(c.Barra); };
 
@@ -220,11 +244,17 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
     c.Form_Activate();
     if (!c.lblDatosCP_visible) print_staging_summary(c, out);
 
-    const std::size_t before = ui.log.size();
-    c.cbImportar_Click();
-    const bool finished = ui.log.size() > before && ui.log.back() == "INFO: Importación Satisfactoria!!";
+    // The window shows its closing box even with no box ticked; a batch run
+    // that would transfer nothing says so and is not a success.
+    if (std::find(c.state.ChkOP.begin(), c.state.ChkOP.end(), true) == c.state.ChkOP.end()) {
+      out << "ERROR: No hay ningún grupo marcado para importar; no se transfiere nada\n";
+      c.Form_Unload();
+      return kBatchStopped;
+    }
+    const session::ImportResult result = c.cbImportar_Click();
+    print_transferred(result, out);
     c.Form_Unload();
-    return finished ? kBatchOk : kBatchStopped;
+    return BatchSucceeded(result) ? kBatchOk : kBatchStopped;
   } catch (const session::SessionAborted& e) {
     out << "ERROR: " << e.what();
     if (!e.report_file().empty()) out << " (detalle en " << e.report_file().string() << ")";

@@ -15,14 +15,15 @@
 #include <string>
 #include <vector>
 
+#include "session/main_controller.h"
 #include "session/month.h"
 
 namespace app {
 
 // Exit statuses of a batch run.
 enum BatchStatus : int {
-  kBatchOk = 0,           // "Importación Satisfactoria!!"
-  kBatchStopped = 1,      // an answer (No) stopped the run
+  kBatchOk = 0,           // at least one group transferred, every ticked step to its end
+  kBatchStopped = 1,      // an answer (No) stopped the run, or no group was ticked
   kBatchError = 2,        // an error ended the run; the report file says why
   kBatchBadArguments = 3  // the command line is wrong (usage printed)
 };
@@ -48,6 +49,11 @@ std::optional<BatchOptions> ParseBatchArguments(const std::vector<std::string>& 
 // BatchStatus.
 int run_batch(const std::vector<std::string>& args, const std::filesystem::path& program_folder,
               std::ostream& out, std::ostream& err, bool show_progress);
+
+// Whether an import run is a batch success: every ticked step ran to its end
+// and at least one step ran. Decided from the run's result, never from the
+// text of its last message.
+bool BatchSucceeded(const session::ImportResult& result);
 
 // The usage text of batch mode (Spanish).
 std::string batch_usage();

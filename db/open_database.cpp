@@ -5,10 +5,10 @@
 
 namespace db {
 
-void open_database(const std::string& path, std::unique_ptr<Connection>& conn) {
+void open_database(const std::string& path, std::unique_ptr<Connection>& conn, JournalMode journal) {
   if (conn && conn->is_open()) conn->close();
   auto fresh = std::make_unique<SqliteConnection>();
-  fresh->open(path);  // the caller reads the state
+  fresh->open(path, journal);  // the caller reads the state
   conn = std::move(fresh);
 }
 

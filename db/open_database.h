@@ -10,12 +10,16 @@
 #include <string>
 
 #include "db/connection.h"
+#include "db/sqlite_connection.h"
 
 namespace db {
 
 // Closes `conn` when it is open and replaces it with a new SqliteConnection
 // opened on `path`. Afterwards `conn` is never null; its state() is 1 when
-// the file opened, 0 otherwise (with the reason in last_error()).
-void open_database(const std::string& path, std::unique_ptr<Connection>& conn);
+// the file opened, 0 otherwise (with the reason in last_error()). `journal`
+// says whether the file is switched to WAL (the program's own files) or kept
+// in its own journal mode (the KEL company database).
+void open_database(const std::string& path, std::unique_ptr<Connection>& conn,
+                   JournalMode journal = JournalMode::kWal);
 
 }  // namespace db

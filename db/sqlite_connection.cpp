@@ -60,7 +60,7 @@ void SqliteConnection::close() {
   main_key_.clear();
 }
 
-bool SqliteConnection::open(const std::string& path) {
+bool SqliteConnection::open(const std::string& path, JournalMode journal) {
   close();
   last_error_.clear();
   FileKind kind = file_kind(path);
@@ -81,11 +81,13 @@ bool SqliteConnection::open(const std::string& path) {
   sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
   sqlite3_busy_timeout(db, kBusyTimeoutMs);
-  // Switching to WAL also reads the header, so a damaged file fails here
-  // rather than at the first statement.
+  // Switching to WAL, or reading the schema version, reads the header, so a
+  // damaged file fails here rather than at the first statement.
   char* message = nullptr;
-  rc = sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA foreign_keys=ON;", nullptr, nullptr,
-                    &message);
+  rc = sqlite3_exec(db,
+                    journal == JournalMode::kWal ? "PRAGMA journal_mode=WAL; PRAGMA foreign_keys=ON;"
+                                                 : "PRAGMA schema_version; PRAGMA foreign_keys=ON;",
+                    nullptr, nullptr, &message);
   if (rc != SQLITE_OK) {
     last_error_ = "No se pudo abrir la base " + path + ": " +
                   (message ? message : sqlite3_errmsg(db));

@@ -3,8 +3,11 @@
 // Stands where the original system opened Access files through Jet: the
 // statements it is given are Jet SQL, translated (db/jet) before they run, and
 // the databases they name by path (`in '<path>'`) are attached on the way.
-// Every connection runs in WAL mode with a busy timeout, enforces foreign
-// keys and has Jet's functions (jet_val, jet_cdate, ...) registered.
+// Every connection has a busy timeout, enforces foreign keys and has Jet's
+// functions (jet_val, jet_cdate, ...) registered. The program's own files (the
+// staging database) are switched to WAL; a file that belongs to someone else
+// (the KEL company database) is opened in the journal mode it has, which
+// stays its owner's business.
 //
 // Transactions: SQLite cannot attach a database inside a transaction, so
 // begin_transaction() only marks the transaction as wanted and the BEGIN is
@@ -29,6 +32,12 @@ struct sqlite3_stmt;
 
 namespace db {
 
+// How a connection treats the file's journal mode.
+enum class JournalMode {
+  kWal,   // switch the file to WAL (it stays so): the program's own databases
+  kKeep,  // leave the file's own mode untouched: the KEL company database
+};
+
 class SqliteConnection final : public Connection, public jet::TranslationContext {
  public:
   SqliteConnection() = default;
@@ -40,7 +49,7 @@ class SqliteConnection final : public Connection, public jet::TranslationContext
   // this connection first when it is open. Never throws: returns is_open(),
   // and on failure last_error() says why in Spanish (a missing file, an
   // Access file, a file that is no database, or the engine's message).
-  bool open(const std::string& path);
+  bool open(const std::string& path, JournalMode journal = JournalMode::kWal);
 
   int state() const override { return db_ ? 1 : 0; }
   void close() override;

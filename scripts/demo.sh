@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is needed, builds, and runs a batch import of the bundled demo
-# company: a fresh copy of the demo's KEL company (so the demo can be run again
-# and again) is loaded from the demo's source files and imported.
+# company: a fresh copy of the demo's KEL company and a fresh staging database
+# (so the demo can be run again and again) are loaded from the demo's source
+# files, and the five groups are transferred into the KEL company for real.
 #
 #   scripts/demo.sh                 the whole demo, answering Yes to every question
 #   scripts/demo.sh --groups 1,2    extra options go to `kelimport --batch`
@@ -23,6 +24,9 @@ rm -rf "$run"
 mkdir -p "$run"
 cp -r "$demo/Empresa" "$run/Empresa"
 company="$run/Empresa/Datos.mdb"
+# The staging database keeps the mappings a run writes (RelacConc, RelacTLiq);
+# a fresh demo starts without them.
+rm -f "$program/Empresa/Pasaje.mdb" "$program/Empresa/Pasaje.mdb-wal" "$program/Empresa/Pasaje.mdb-shm"
 
 csv_folder="$(find "$demo" -name Empresa.csv -printf '%h\n' 2>/dev/null | head -n 1)"
 if [ -n "$csv_folder" ]; then
@@ -52,5 +56,14 @@ case $status in
   *) echo "   Argumentos incorrectos (código $status)." ;;
 esac
 echo "   Base auxiliar: $program/Empresa/Pasaje.mdb (las filas cargadas son las líneas CARGA de arriba)"
-echo "   Empresa KEL: $company"
+echo "   Empresa KEL: $company (lo transferido son las líneas TRANSFERIDO de arriba)"
+if [ "$status" -eq 0 ]; then
+  echo
+  echo "== Empresa KEL después de la importación (filas por tabla)"
+  for table in Empresa Planillas Cargos Sectores Personas Contrato Declaraciones Legajo Conceptos \
+               TiposLiquidacion Encabezados Datos_Liquidacion Calendario_liq Cotizacion; do
+    rows="$("$program/kelimport" --sql "$company" "Select Count(*) From $table" | tail -n 1)"
+    printf '   %-20s %s\n' "$table" "$rows"
+  done
+fi
 exit $status

@@ -1,7 +1,7 @@
 // session/controller_import.cpp — the import run (cbImportar_Click): the
 // company check, the ticked transfer steps in their fixed order, the mapping
 // grids and the closing box.
-#include <array>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -11,36 +11,43 @@ namespace session {
 
 namespace {
 
-// The captions of the ChkOP boxes, which name the steps in the error report.
-const std::array<const char*, 5> kStepNames = {
-    "Datos de la Empresa",
-    "Cargos, Sectores, Regimenes Horarios y Sucursales",
-    "Empleados, Contratos y Deducciones",
-    "Conceptos y Tipos de Liquidaciones",
-    "Liquidaciones",
+// The steps' questions (the concept and liquidation-type replacements) as
+// Yes/No boxes with the question icon.
+class UiQuestions final : public transfer::Questions {
+ public:
+  explicit UiQuestions(UserInterface& ui) : ui_(ui) {}
+  bool ask_yes_no(const std::string& text) override { return ui_.ask_yes_no(text, QuestionIcon::kQuestion); }
+
+ private:
+  UserInterface& ui_;
 };
 
 }  // namespace
 
-void MainWindowController::cbImportar_Click() {
-  if (!Valido(true)) return;
+ImportResult MainWindowController::cbImportar_Click() {
+  ImportResult result;
+  if (!Valido(true)) return result;
+  result.confirmed = true;
   ImportaEmpleados = state.ChkOP[2];
 
+  UiQuestions questions(ui_);
   std::string current;
   std::vector<std::string> applied;
   run_guarded(
       "cbImportar_Click",
       [&] {
-        for (std::size_t i = 0; i < kStepNames.size(); ++i) {
-          if (!state.ChkOP[i] || !Valido(false)) continue;
-          current = std::to_string(i + 1) + ". " + kStepNames[i];
-          if (i < steps.size()) {
-            if (steps[i]) steps[i]();
-          } else if (step_liquidaciones) {
-            // The months go as "yyyy-MM-01", a text Jet's CDate reads in any
-            // locale; an unticked bound goes as "".
-            step_liquidaciones(DesdeText(state.period), HastaText(state.period));
-          }
+        for (int group = 0; group < transfer::kGroupCount; ++group) {
+          if (!state.ChkOP[static_cast<std::size_t>(group)] || !Valido(false)) continue;
+          current = std::to_string(group + 1) + ". " + transfer::group_caption(group);
+          if (!destination || !destination->is_open()) throw std::runtime_error("No hay una base de KEL abierta");
+          if (!staging || !staging->is_open()) throw std::runtime_error("No hay una base auxiliar abierta");
+          transfer::StepContext ctx{*destination, *staging,
+                                    transfer::jet_path_literal(staging->data_source_name()), questions,
+                                    [this](float argument) { ActuBarra(argument); }};
+          // The months go as "yyyy-MM-01", a text Jet's CDate reads in any
+          // locale; an unticked bound goes as "".
+          const transfer::RunInputs inputs{DesdeText(state.period), HastaText(state.period), ImportaEmpleados};
+          result.steps.push_back({group, transfer_.run_step(group, ctx, inputs)});
           applied.push_back("paso " + current);
         }
         current = "actualización de las grillas de relaciones";
@@ -49,6 +56,8 @@ void MainWindowController::cbImportar_Click() {
       },
       [&] { return current; }, [&] { return applied; });
   ui_.information("Importación Satisfactoria!!");
+  result.finished = true;
+  return result;
 }
 
 }  // namespace session

@@ -53,7 +53,8 @@ void MainWindowController::SelEmpresaAImp(const std::string& path) {
 
   std::string company_folder;
   if (!settings::Trim(PathDeEmp).empty()) {
-    db::open_database(PathDeEmp, destination);
+    // The company file keeps its own journal mode: it is KEL's file.
+    db::open_database(PathDeEmp, destination, db::JournalMode::kKeep);
     if (!destination->is_open()) {
       std::string text = "Error al abrir la base ubicada en " + PathDeEmp;
       if (!destination->last_error().empty()) text += "\r\n" + destination->last_error();
@@ -140,7 +141,7 @@ void MainWindowController::cbBuscar_Click(int index) {
 
 void MainWindowController::cbActualizar_Click(int index) {
   if (index != 0) {
-    if (!settings::Trim(PathDeEmp).empty()) db::open_database(PathDeEmp, destination);
+    if (!settings::Trim(PathDeEmp).empty()) db::open_database(PathDeEmp, destination, db::JournalMode::kKeep);
     return;
   }
   ui_.repaint();

@@ -11,8 +11,9 @@
 
 namespace session {
 
-MainWindowController::MainWindowController(std::filesystem::path program_folder, UserInterface& ui)
-    : program_folder_(std::move(program_folder)), ui_(ui) {
+MainWindowController::MainWindowController(std::filesystem::path program_folder, UserInterface& ui,
+                                           transfer::StepRunner& transfer)
+    : program_folder_(std::move(program_folder)), ui_(ui), transfer_(transfer) {
   state.program_folder = program_folder_;
   Barra.yield = [this] { ui_.repaint(); };
 }

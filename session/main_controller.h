@@ -7,9 +7,11 @@
 // Everything it tells or asks the user goes through a UserInterface, so the
 // same controller serves the window, batch runs and tests.
 //
-// Work that belongs to other parts of the program (the preview grids, the
-// mapping grids, the five transfer steps, the ODBC picker) is reached through
-// hooks that are empty by default; a hook that is not set is simply not called.
+// The five transfer steps are a required collaborator (transfer::StepRunner),
+// given at construction: a controller without a transfer cannot be built.
+// Other work that belongs to other parts of the program (the preview grids,
+// the mapping grids, the ODBC picker) is reached through hooks that are empty
+// by default; a hook that is not set is simply not called.
 //
 // The procedures live in several files by concern: controller_startup.cpp
 // (start-up, format choice, window end), controller_source.cpp (source choice
@@ -36,15 +38,31 @@
 #include "session/session_state.h"
 #include "session/user_interface.h"
 #include "staging/staging_load.h"
+#include "transfer/importer.h"
 
 namespace session {
+
+// One transfer step of an import run and what it did.
+struct StepRun {
+  int group = 0;                 // 0..4, the ChkOP box
+  transfer::StepReport report;   // its statements and table counts
+};
+
+// What cbImportar_Click did.
+struct ImportResult {
+  bool confirmed = false;        // the company check passed (every answer Yes)
+  bool finished = false;         // every ticked step ran to its end and the closing box was shown
+  std::vector<StepRun> steps;    // the steps run, in the order they ran
+};
 
 class MainWindowController {
  public:
   // `program_folder` is the folder beside the program where ConfIMP.ini, the
   // format and statement files and Generica/Pasaje.mdb live; `ui` must outlive
-  // the controller.
-  MainWindowController(std::filesystem::path program_folder, UserInterface& ui);
+  // the controller. `transfer` runs the step of each ticked group (the
+  // program gives a transfer::Importer) and must outlive the controller too.
+  MainWindowController(std::filesystem::path program_folder, UserInterface& ui,
+                       transfer::StepRunner& transfer);
   ~MainWindowController();
   MainWindowController(const MainWindowController&) = delete;
   MainWindowController& operator=(const MainWindowController&) = delete;
@@ -70,11 +88,6 @@ class MainWindowController {
   std::function<void()> ActuGrillas;   // refresh the staged-data preview
   std::function<void()> ActuGridConc;  // refresh the concept-mapping grid
   std::function<void()> ActuGridTliq;  // refresh the liquidation-type grid
-  // Transfer steps of groups 0..3: company, catalogues, persons, concepts.
-  std::array<std::function<void()>, 4> steps;
-  // Transfer step of group 4, liquidations, with the month bounds as texts
-  // ("yyyy-MM-01", or "" when the bound's box is unticked).
-  std::function<void(const std::string& desde, const std::string& hasta)> step_liquidaciones;
   // The ODBC data sources of the machine, for the picker.
   std::function<std::vector<std::string>()> ListarODBC;
   // Opens a connection on an ODBC connection text ("DSN=name;"); the result's
@@ -141,9 +154,14 @@ class MainWindowController {
   // confirmation; true only when every answer was Yes.
   bool Valido(bool mostrar);
   // cbImportar_Click: Valido(true), then the ticked transfer steps in the
-  // order 0..4, the mapping grids and "Importación Satisfactoria!!". An error
-  // in a step is reported and ends the program (throws SessionAborted).
-  void cbImportar_Click();
+  // order 0..4 (each after Valido(false)), the mapping grids and
+  // "Importación Satisfactoria!!". The steps run on the destination
+  // connection and read the staging database by its path (quotes doubled);
+  // their questions are Yes/No boxes with the question icon and their
+  // progress goes to ActuBarra; the liquidations receive the ticked month
+  // bounds ("yyyy-MM-01", "" when unticked). Returns what ran. An error in a
+  // step is reported and ends the program (throws SessionAborted).
+  ImportResult cbImportar_Click();
 
   // ---- Progress ------------------------------------------------------------
   void ActuBarra(float argument = ProgressBar::kReset) { Barra.ActuBarra(argument); }
@@ -165,6 +183,7 @@ class MainWindowController {
 
   std::filesystem::path program_folder_;
   UserInterface& ui_;
+  transfer::StepRunner& transfer_;
   std::filesystem::path staging_folder_;
   bool ended_ = false;
 };

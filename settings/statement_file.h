@@ -25,7 +25,6 @@
 #include <string_view>
 #include <vector>
 
-#include "db/connection.h"
 #include "settings/data_layout.h"
 
 namespace settings {
@@ -37,11 +36,6 @@ struct ReplacementPair {
 
 class StatementFile {
  public:
-  // The connection the statements are meant for (the staging connection). Only
-  // kept for the loader; the object never runs anything itself.
-  void set_connection(db::Connection* connection) { connection_ = connection; }
-  db::Connection* connection() const { return connection_; }
-
   // Loads the file at `path`, replacing anything loaded before. Returns false
   // with a Spanish error() when the file is missing, is not text, or its
   // sections are malformed; the object is then empty. A file with no statements
@@ -73,7 +67,6 @@ class StatementFile {
  private:
   void clear();
 
-  db::Connection* connection_ = nullptr;
   std::filesystem::path path_;
   std::string data_file_;
   std::vector<std::string> statements_;

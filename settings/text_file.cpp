@@ -1,14 +1,16 @@
 // settings/text_file.cpp — whole-file reading and atomic writing (see text_file.h).
 #include "settings/text_file.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
-#include <fstream>
 #include <cstring>
+#include <fstream>
 #include <system_error>
-
-#include <unistd.h>
 
 namespace settings {
 
@@ -106,11 +108,23 @@ bool WriteBytesAtomic(const fs::path& path, std::string_view bytes, std::string*
     return false;
   };
   {
-    std::ofstream out(tmp, std::ios::binary | std::ios::trunc);
-    if (!out) return fail("no se puede crear el archivo temporal");
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    out.flush();
-    if (!out) return fail("error de escritura");
+    // POSIX calls rather than a stream: the data must reach the disk (fsync)
+    // before the rename makes it the file, or a power cut after the rename
+    // could leave an empty or half-written file under the real name.
+    const int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (fd < 0) return fail("no se puede crear el archivo temporal");
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+      const ssize_t n = ::write(fd, bytes.data() + written, bytes.size() - written);
+      if (n < 0 && errno == EINTR) continue;
+      if (n <= 0) {
+        ::close(fd);
+        return fail("error de escritura");
+      }
+      written += static_cast<std::size_t>(n);
+    }
+    const bool synced = ::fsync(fd) == 0;
+    if (::close(fd) != 0 || !synced) return fail("error de escritura");
   }
   std::error_code ec;
   // Keep the permissions of the file being replaced.
@@ -120,6 +134,12 @@ bool WriteBytesAtomic(const fs::path& path, std::string_view bytes, std::string*
   }
   fs::rename(tmp, path, ec);
   if (ec) return fail(ec.message());
+  // The rename itself is only durable once the folder's entry is on disk.
+  const int dir_fd = ::open(dir.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (dir_fd >= 0) {
+    ::fsync(dir_fd);
+    ::close(dir_fd);
+  }
   return true;
 }
 

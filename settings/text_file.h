@@ -4,8 +4,9 @@
 // Every text file the program reads (ConfIMP.ini, format files, statement
 // files, interchange files) goes through ReadFile/ReadText, which decode the
 // file's encoding to UTF-8. Writing is atomic: the new text goes to a temporary
-// file in the same folder, which then replaces the old file by a rename, so an
-// interrupted write never leaves a half-written format file behind.
+// file in the same folder, flushed to disk, which then replaces the old file by
+// a rename whose folder entry is flushed too, so neither a crash nor a power
+// cut leaves a half-written format file behind.
 #pragma once
 
 #include <filesystem>
@@ -44,7 +45,7 @@ std::vector<std::string> SplitLines(std::string_view text);
 std::string JoinLines(const std::vector<std::string>& values, std::string_view separator);
 
 // Writes raw bytes to `path` atomically (temporary file in the same folder,
-// then rename over the target). Returns false and sets `error` (Spanish) when
+// fsync, then rename over the target and fsync the folder). Returns false and sets `error` (Spanish) when
 // it fails; the old file is then untouched.
 bool WriteBytesAtomic(const std::filesystem::path& path, std::string_view bytes, std::string* error);
 

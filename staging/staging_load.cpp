@@ -134,7 +134,6 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
   if (!std::filesystem::is_regular_file(path, ec)) return;
 
   settings::StatementFile file;
-  file.set_connection(load.staging);
   TemplateValues values = load.values;
   values.password = settings::DevPass(entry.ColCond);
   values.ruta = entry.Ruta;

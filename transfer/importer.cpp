@@ -5,15 +5,12 @@
 #include <stdexcept>
 
 #include "transfer/catalogos.h"
+#include "transfer/conceptos.h"
 #include "transfer/empresa.h"
+#include "transfer/liquidaciones.h"
 #include "transfer/personas.h"
 
 namespace transfer {
-
-// The concepts and liquidations steps (conceptos.cpp, liquidaciones.cpp).
-StepReport import_concepts(StepContext& ctx);
-StepReport import_liquidations(StepContext& ctx, const std::string& desde, const std::string& hasta,
-                               bool persons_imported);
 
 const char* group_caption(int group) {
   static constexpr std::array<const char*, kGroupCount> kCaptions = {

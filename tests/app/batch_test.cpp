@@ -91,9 +91,11 @@ TEST_F(BatchRun, AnswersDecideTheExitStatus) {
                       "  ¿Desea continuar de todas formas? -> Sí\n"))
       << yes.out;
   EXPECT_TRUE(yes.has("PREGUNTA: Confirma importar los datos de la empresa -> Sí\n"));
-  const std::string closing = "\nINFO: Importación Satisfactoria!!\n";
-  ASSERT_GT(yes.out.size(), closing.size());
-  EXPECT_EQ(yes.out.substr(yes.out.size() - closing.size()), closing);
+  // The closing box, then what each step transferred.
+  EXPECT_TRUE(yes.has("\nINFO: Importación Satisfactoria!!\nTRANSFERIDO: 1. Datos de la Empresa: 5 instrucciones\n"))
+      << yes.out;
+  EXPECT_TRUE(yes.has("\nTRANSFERIDO: 3. Empleados, Contratos y Deducciones: Personas: 40 insertadas\n")) << yes.out;
+  EXPECT_TRUE(yes.has("\nTRANSFERIDO: 5. Liquidaciones: Encabezados: ")) << yes.out;
   EXPECT_EQ(yes.err, "");  // not a terminal: no progress
   EXPECT_TRUE(fs::exists(prog_ / "Empresa" / "Pasaje.mdb"));
 
@@ -114,6 +116,31 @@ TEST_F(BatchRun, AnswersDecideTheExitStatus) {
   EXPECT_EQ(only_company.status, 0);
   EXPECT_TRUE(only_company.has("CARGA: Empresa: 1 fila\n")) << only_company.out;
   EXPECT_FALSE(only_company.has("CARGA: Personas:"));
+}
+
+// A run that transfers nothing, or whose step fails, is never a success.
+TEST_F(BatchRun, NothingTickedOrAFailingStepIsNotASuccess) {
+  const std::string success = "Importación Satisfactoria!!";
+  BatchResult none = run({"--yes", "--groups", "", demo_line()});
+  EXPECT_EQ(none.status, 1) << none.out;
+  EXPECT_TRUE(none.has("ERROR: No hay ningún grupo marcado para importar; no se transfiere nada\n")) << none.out;
+  EXPECT_FALSE(none.has(success));
+  EXPECT_FALSE(none.has("TRANSFERIDO:"));
+
+  // The KEL company refuses to lose its company row: the first step stops.
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open((root_ / "demo" / "Empresa" / "Datos.mdb").c_str(), &db), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(db,
+                         "CREATE TRIGGER no_borrar BEFORE DELETE ON Empresa "
+                         "BEGIN SELECT RAISE(ABORT, 'empresa bloqueada'); END;",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_close(db);
+  BatchResult failed = run({"--yes", "--groups", "1,2", demo_line()});
+  EXPECT_EQ(failed.status, 2) << failed.out;
+  EXPECT_TRUE(failed.has("AVISO: La importación se detuvo por un error en 1. Datos de la Empresa")) << failed.out;
+  EXPECT_FALSE(failed.has(success));
+  EXPECT_FALSE(failed.has("TRANSFERIDO:"));
 }
 
 TEST_F(BatchRun, ErrorInTheLoadWritesTheReportAndExitsWithTwo) {

@@ -6,7 +6,7 @@
 #include "db/error.h"
 #include "db/value.h"
 #include "schema/database_scripts.h"
-#include "transfer/personas_sql.h"
+#include "transfer/personas.h"
 
 namespace corpus_test {
 namespace {
@@ -173,56 +173,18 @@ std::int64_t CorpusTest::count(db::SqliteConnection& connection, const std::stri
 }
 
 void CorpusTest::run_persons_step() {
-  namespace sql = transfer::sql;
-  const std::string& path = staging_path_;
-  // A. Document numbers (staging).
-  run_all(staging_, sql::staged_document_numbers_tidy());
-  // B. Parking.
-  run(kel_, sql::park_personas());
-  run(kel_, sql::park_contratos());
-  run(kel_, sql::park_contact_data());
-  run(kel_, sql::park_declaraciones());
-  // C. Matching by document number.
-  run(kel_, sql::aux_clear());
-  run(kel_, sql::aux_match_by_document(path));
-  run_all(kel_, sql::apply_match_map());
-  // D. Persons, related persons, declarations, contact data.
-  run(kel_, sql::refresh_personas(path));
-  run(kel_, sql::insert_new_personas(path));
-  if (!query(staging_, sql::staged_personas_rela_probe()).eof()) {
-    run(kel_, sql::personas_rela_delete());
-    run(kel_, sql::personas_rela_copy(path));
+  // The program's own step; a statement it does not ignore stops it, and the
+  // refusal is recorded like any other.
+  struct NoQuestions : transfer::Questions {
+    bool ask_yes_no(const std::string&) override { return false; }
+  } questions;
+  transfer::StepContext ctx{kel_, staging_, staging_path_, questions, [](float) {}};
+  ++statements_run_;
+  try {
+    transfer::import_persons(ctx);
+  } catch (const db::Error& e) {
+    refuse(e.jet_text(), e);
   }
-  if (!query(staging_, sql::staged_declaraciones_probe()).eof()) {
-    run(kel_, sql::declaraciones_delete());
-    run(kel_, sql::declaraciones_copy(path));
-  }
-  run(kel_, sql::contact_data_copy(path));
-  // E. Contracts.
-  const std::int64_t contract_base = scalar(kel_, sql::contract_max_id());
-  run(kel_, sql::contract_insert(contract_base, path));
-  run(kel_, sql::contract_update(path));
-  for (int type = 1; type <= 3; ++type) {
-    db::Recordset first = query(kel_, sql::registration_first(type));
-    if (!first.eof()) run(kel_, sql::registration_attach(type, db::as_int(first.field(0))));
-  }
-  run_all(kel_, sql::contract_defaults());
-  // F. Returning parked persons.
-  run(kel_, sql::aux_clear());
-  const std::int64_t max_p = scalar(kel_, sql::max_unparked_person());
-  run(kel_, sql::aux_return_to_free_ids());
-  run(kel_, sql::aux_move_above(max_p));
-  const std::int64_t max_id = scalar(kel_, sql::aux_max_new_id());
-  if (max_p + 1 < max_id) run(kel_, sql::aux_lift(max_id, max_p));
-  const std::int64_t min_id = scalar(kel_, sql::aux_min_row());
-  run(kel_, sql::aux_spread(min_id, max_p));
-  run_all(kel_, sql::apply_return_map());
-  // G. Duplicates and personnel file.
-  run(kel_, sql::aux_clear());
-  run(kel_, sql::aux_duplicate_contracts());
-  run(kel_, sql::delete_duplicate_headers());
-  run(kel_, sql::delete_duplicate_contracts());
-  run(kel_, sql::legajo_start_entries());
 }
 
 }  // namespace corpus_test

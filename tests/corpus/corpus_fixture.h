@@ -40,7 +40,7 @@ class CorpusTest : public ::testing::Test {
   // Records a refused statement with the engine's messages.
   void refuse(const std::string& sql, const db::Error& e);
 
-  // The persons and contracts step as the program runs it.
+  // The persons and contracts step of the program (transfer/personas.h).
   void run_persons_step();
 
   TempDir dir_;

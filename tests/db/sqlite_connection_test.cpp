@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "db/open_database.h"
+#include "db/value.h"
 #include "db_fixture.h"
 
 namespace {
@@ -94,6 +95,39 @@ TEST_F(SqliteTest, OpenSetsWalForeignKeysAndReopenSwitchesFiles) {
   ASSERT_TRUE(var);
   EXPECT_EQ(var->state(), 0);
   EXPECT_FALSE(var->last_error().empty());
+}
+
+// The company file keeps the journal mode it came with, through writes,
+// transactions and reads of another file; the program's own files go to WAL.
+TEST_F(SqliteTest, KeptJournalModeSurvivesARunAndTheClose) {
+  const std::string other = folder.database("pasaje.db", "CREATE TABLE P (id INTEGER);");
+  // The two modes a file carries (the others last only while a connection is open).
+  for (const char* mode : {"delete", "wal"}) {
+    SCOPED_TRACE(mode);
+    const std::string file =
+        folder.database(std::string(mode) + ".db", std::string("PRAGMA journal_mode=") + mode + ";CREATE TABLE T (id INTEGER);");
+    db::SqliteConnection kel;
+    ASSERT_TRUE(kel.open(file, db::JournalMode::kKeep)) << kel.last_error();
+    EXPECT_EQ(pragma_text(kel.handle(), "PRAGMA journal_mode"), mode);
+    EXPECT_EQ(pragma_text(kel.handle(), "PRAGMA foreign_keys"), "1");
+    kel.begin_transaction();
+    kel.execute("Insert into T Select id From P in '" + other + "'");
+    kel.execute("Insert into T (id) Values (1)");
+    kel.commit_transaction();
+    kel.close();
+    db::SqliteConnection again;
+    ASSERT_TRUE(again.open(file, db::JournalMode::kKeep));
+    EXPECT_EQ(pragma_text(again.handle(), "PRAGMA journal_mode"), mode);
+    EXPECT_EQ(db::as_int(again.open_recordset("Select Count(*) From T").field(0)), 1);
+  }
+  // A damaged file still fails at the open, in either mode.
+  const std::string damaged = folder.write("rota.db", std::string("SQLite format 3") + '\0' + std::string(200, 'x'));
+  db::SqliteConnection broken;
+  EXPECT_FALSE(broken.open(damaged, db::JournalMode::kKeep));
+  EXPECT_FALSE(broken.last_error().empty());
+  std::unique_ptr<db::Connection> var;
+  db::open_database(damaged, var, db::JournalMode::kKeep);
+  EXPECT_EQ(var->state(), 0);
 }
 
 TEST_F(SqliteTest, StatementsReturnChangedRowsAndResultsAreSnapshots) {

@@ -12,6 +12,7 @@
 #include "session/main_controller.h"
 #include "session/scripted_ui.h"
 #include "support/temp_dir.h"
+#include "transfer/importer.h"
 
 namespace kel_test {
 
@@ -113,6 +114,7 @@ struct Session {
   fs::path company = tmp / "Datos con espacio" / "E001" / "Empresa.mdb";
   fs::path staging_db = prog / "E001" / "Pasaje.mdb";
   RecordingUi ui;
+  transfer::Importer importer;  // the program's transfer
 
   explicit Session(const std::string& nombre = "ACME", const std::string& razon_social = "ACME SA") {
     make_program_folder(prog);
@@ -121,7 +123,7 @@ struct Session {
   std::string staged(const std::string& sql) const { return query_text(staging_db, sql); }
   // A controller started on `command_line` (the company alone when empty).
   std::unique_ptr<session::MainWindowController> start(const std::string& command_line = "") {
-    auto c = std::make_unique<session::MainWindowController>(prog, ui);
+    auto c = std::make_unique<session::MainWindowController>(prog, ui, importer);
     c->Form_Load(command_line.empty() ? company.string() : command_line);
     return c;
   }

@@ -11,10 +11,28 @@ using Log = std::vector<std::string>;
 const std::string kConfirm = "PREGUNTA: Confirma importar los datos de la empresa";
 const std::string kDone = "INFO: Importación Satisfactoria!!";
 
-// A started controller on a KEL company and a source database, with every
-// transfer step and grid refresh replaced by a recorder.
+// A transfer that records the steps it is asked to run instead of running
+// them; `on_step` lets a test act inside a step.
+struct RecordingSteps final : transfer::StepRunner {
+  Log* calls = nullptr;
+  std::vector<std::string> staging_paths;
+  std::function<void(int)> on_step;
+  transfer::StepReport run_step(int group, transfer::StepContext& ctx, const transfer::RunInputs& in) override {
+    calls->push_back(group == 4 ? "liquidaciones [" + in.desde + "] [" + in.hasta + "]"
+                                : "paso " + std::to_string(group));
+    staging_paths.push_back(ctx.staging_path);
+    if (on_step) on_step(group);
+    transfer::StepReport report;
+    report.step = transfer::group_caption(group);
+    return report;
+  }
+};
+
+// A started controller on a KEL company and a source database, with the
+// transfer and the grid refreshes replaced by recorders.
 struct ImportSession : kel_test::Session {
   std::filesystem::path source_db = tmp / "fuente.db";
+  RecordingSteps steps;
   std::unique_ptr<session::MainWindowController> c;
   Log calls;
 
@@ -22,13 +40,10 @@ struct ImportSession : kel_test::Session {
                 const std::string& src_name = "ACME", const std::string& src_rs = "ACME SA")
       : Session(kel_name, kel_rs) {
     kel_test::make_source_company(source_db, src_name, src_rs);
-    c = start();
+    steps.calls = &calls;
+    c = std::make_unique<session::MainWindowController>(prog, ui, steps);
+    c->Form_Load(company.string());
     db::open_database(source_db.string(), c->source);
-    for (std::size_t i = 0; i < c->steps.size(); ++i)
-      c->steps[i] = [this, i] { calls.push_back("paso " + std::to_string(i)); };
-    c->step_liquidaciones = [this](const std::string& d, const std::string& h) {
-      calls.push_back("liquidaciones [" + d + "] [" + h + "]");
-    };
     c->ActuGridConc = [this] { calls.push_back("grilla conceptos"); };
     c->ActuGridTliq = [this] { calls.push_back("grilla tipos"); };
   }
@@ -84,7 +99,9 @@ TEST(ControllerImport, AnyNoTransfersNothingAndNoAnswerIsNotAnError) {
   for (std::deque<bool> answers : {std::deque<bool>{false}, std::deque<bool>{true, false}}) {
     ImportSession s("ACME", "ACME SA", "ACME", "OTRA SA");
     s.ui.answers = answers;
-    s.c->cbImportar_Click();
+    const session::ImportResult result = s.c->cbImportar_Click();
+    EXPECT_FALSE(result.confirmed);
+    EXPECT_FALSE(result.finished);
     EXPECT_TRUE(s.calls.empty());
     EXPECT_FALSE(has_line(s.ui.log, kDone));
     EXPECT_FALSE(s.c->ended());
@@ -99,7 +116,9 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
   ImportSession s;
   s.ui.default_answer = true;
   s.c->state.ChkOP = {false, false, false, false, false};
-  s.c->cbImportar_Click();
+  session::ImportResult result = s.c->cbImportar_Click();
+  EXPECT_TRUE(result.finished);
+  EXPECT_TRUE(result.steps.empty());
   EXPECT_EQ(s.calls, (Log{"grilla conceptos", "grilla tipos"}));
   EXPECT_EQ(s.ui.log.back(), kDone);
   EXPECT_FALSE(s.c->ImportaEmpleados);
@@ -110,26 +129,29 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
   s.c->state.period.desde = session::Month(2023, 3);
   s.c->state.period.desde_checked = true;
   s.c->state.period.hasta = session::Month(2024, 2);
-  s.c->cbImportar_Click();
+  result = s.c->cbImportar_Click();
   EXPECT_EQ(s.calls, (Log{"paso 0", "paso 2", "liquidaciones [2023-03-01] []", "grilla conceptos",
                           "grilla tipos"}));
+  ASSERT_EQ(result.steps.size(), 3u);
+  EXPECT_EQ(result.steps[1].group, 2);
+  EXPECT_EQ(result.steps[2].report.step, "Liquidaciones");
+  EXPECT_TRUE(result.finished);
   EXPECT_TRUE(s.c->ImportaEmpleados);
   EXPECT_EQ(s.ui.log, (Log{kConfirm + " -> Sí", kDone}));
 
-  // Steps that are not set are skipped; both bounds go when ticked.
+  // Both bounds go when ticked.
   s.calls.clear();
-  s.c->steps[0] = nullptr;
+  s.c->state.ChkOP = {false, false, false, false, true};
   s.c->state.period.hasta_checked = true;
   s.c->cbImportar_Click();
-  EXPECT_EQ(s.calls, (Log{"paso 2", "liquidaciones [2023-03-01] [2024-02-01]", "grilla conceptos",
-                          "grilla tipos"}));
+  EXPECT_EQ(s.calls, (Log{"liquidaciones [2023-03-01] [2024-02-01]", "grilla conceptos", "grilla tipos"}));
 }
 
 TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {
   ImportSession s;
   s.ui.default_answer = true;
-  s.c->steps[1] = [&] {
-    s.calls.push_back("paso 1");
+  s.steps.on_step = [&](int group) {
+    if (group != 1) return;
     s.c->destination->execute("Insert Into Cargos (id_Cargo, Cargo) Values (1, 'Peón')");
     s.c->destination->execute("Insert Into TablaQueNoEsta (a) Values (1)");
   };
@@ -157,10 +179,64 @@ TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {
   ImportSession s2;
   kel_test::write_file(s2.prog / "E001" / "kelimport-errores.txt", report);
   s2.ui.default_answer = true;
-  s2.c->steps[0] = [] { throw std::runtime_error("fallo de prueba"); };
+  s2.steps.on_step = [](int) { throw std::runtime_error("fallo de prueba"); };
   EXPECT_THROW(s2.c->cbImportar_Click(), session::SessionAborted);
   EXPECT_EQ(s2.report().rfind(report, 0), 0u);
   EXPECT_NE(s2.report().find("Mensaje: fallo de prueba", report.size()), std::string::npos);
+}
+
+}  // namespace
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The program's own steps through the controller, with a company folder
+// whose name holds a single quote: the staging path goes into the `in`
+// clauses with its quote doubled, and the staged rows arrive.
+TEST(ControllerImport, RealStepsReadAStagingFolderWithAQuote) {
+  kel_test::TempFolder tmp;
+  const fs::path prog = tmp / "prog";
+  const fs::path company = tmp / "O'Brien" / "Empresa.mdb";
+  kel_test::make_program_folder(prog);
+  kel_test::make_kel_company(company, "OBRIEN", "OBRIEN SA");
+  kel_test::RecordingUi ui;
+  ui.default_answer = true;
+  transfer::Importer importer;
+  session::MainWindowController c(prog, ui, importer);
+  c.Form_Load(company.string());
+  const fs::path staging = prog / "O'Brien" / "Pasaje.mdb";
+  ASSERT_EQ(c.staging_folder(), prog / "O'Brien");
+  kel_test::run_sqlite(staging,
+                       "INSERT INTO Empresa (IdEmpresa, Nombre, RazonSocial) VALUES (9, 'O''Brien', 'O''Brien SA');"
+                       "INSERT INTO Planillas (id_planilla, SubNombre, Numero, id_Tplanilla) VALUES (5, '', 'BPS-1', 3);"
+                       "INSERT INTO Cargos (id_Cargo, Cargo) VALUES (4, 'Capataz');"
+                       "INSERT INTO Personas (id_Persona, NUMERO, Apellido_1) VALUES (3, '1.234.567-8', 'Ruiz');"
+                       "INSERT INTO Contrato (Id_Contrato, NUMERO_ALTERNATIVO, Id_Persona, HORAS, FECHA_INICIO, AcuLab) "
+                       "VALUES (1, '3', 3, 8, '2024-01-01', 0);");
+  c.state.ChkOP = {true, true, true, false, false};
+
+  const session::ImportResult result = c.cbImportar_Click();
+
+  ASSERT_TRUE(result.finished);
+  ASSERT_EQ(result.steps.size(), 3u);
+  EXPECT_EQ(ui.log.back(), "INFO: Importación Satisfactoria!!");
+  const auto kel = [&](const std::string& sql) { return kel_test::query_text(company, sql); };
+  EXPECT_EQ(kel("SELECT IdEmpresa || ':' || Nombre FROM Empresa"), "1:O'Brien");
+  EXPECT_EQ(kel("SELECT group_concat(id_planilla || ':' || Numero, ',') FROM "
+                "(SELECT * FROM Planillas ORDER BY id_planilla)"),
+            "0:-,5:BPS-1");
+  EXPECT_EQ(kel("SELECT Cargo FROM Cargos WHERE id_Cargo = 4"), "Capataz");
+  EXPECT_EQ(kel("SELECT id_Persona || ':' || NUMERO FROM Personas"), "3:1.234.568");
+  EXPECT_EQ(kel("SELECT Id_Contrato || ':' || NUMERO_ALTERNATIVO FROM Contrato"), "1:3");
+  EXPECT_EQ(kel("SELECT idContrato || ':' || idPlanilla FROM rPlanillas"), "1:5");
+  // The company file keeps its own journal mode; the staging database is ours.
+  EXPECT_EQ(kel("PRAGMA journal_mode"), "delete");
+  EXPECT_EQ(kel_test::query_text(staging, "PRAGMA journal_mode"), "wal");
+  // What the run reports: the company's rows, counted.
+  const transfer::StepReport& empresa = result.steps[0].report;
+  EXPECT_EQ(empresa.total("insertadas"), 3);  // the company, the registration 0 and the staged one
+  EXPECT_EQ(result.steps[2].report.total("insertadas"), 4);  // person, contract, registration, file entry
 }
 
 }  // namespace

@@ -122,7 +122,7 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   kel_test::write_file(s.prog / "b.fmt", "TipoBD=0\r\nBD=\r\nEmpresa|NOM(x)|empresa.sql|1\r\n");
   kel_test::make_source_company(s.tmp / "fuente.db", "ACME", "ACME SA");
   s.ui.data_sources = {"Sueldos"};
-  session::MainWindowController c(s.prog, s.ui);
+  session::MainWindowController c(s.prog, s.ui, s.importer);
   Log opened;
   c.ListarODBC = [] { return Log{"Sueldos", "Otra"}; };
   c.open_odbc = [&](const std::string& text) {

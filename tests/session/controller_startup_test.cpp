@@ -73,7 +73,7 @@ TEST(ControllerStartup, SourceOnTheCommandLineIsStagedAtTheFirstActivationOnly) 
   Session s;
   kel_test::write_file(s.tmp / "origen" / "empresa01.txt", "una linea\r\n");
   int grids = 0;
-  session::MainWindowController c(s.prog, s.ui);
+  session::MainWindowController c(s.prog, s.ui, s.importer);
   c.ActuGrillas = [&] { ++grids; };
   c.Form_Load(s.company.string() + "*" + (s.tmp / "origen").string() + "*2");
   EXPECT_EQ(c.state.current_format_file, "c.fmt");

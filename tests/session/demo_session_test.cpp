@@ -1,7 +1,8 @@
 // End-to-end: a session on a copy of the bundled demo company with the shipped
 // formats stages the demo's source, in its database-file form (format 1) and
 // in its CSV form (format 0), and both give the source's rows and link the
-// concepts the source marks as totals.
+// concepts the source marks as totals; imported whole, both forms leave the
+// same KEL company.
 #include <algorithm>
 #include <map>
 
@@ -55,6 +56,7 @@ struct DemoCopy {
   fs::path demo = tmp.path() / "demo";
   fs::path company = demo / "Empresa" / "Datos.mdb";
   fs::path staging = prog / "Empresa" / "Pasaje.mdb";
+  transfer::Importer importer;
 
   DemoCopy() {
     EXPECT_TRUE(fs::exists(kBuiltProgram / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
@@ -65,7 +67,7 @@ struct DemoCopy {
 
   // Stages `source` with the format `index` and returns the staged counts.
   Counts stage(const fs::path& source, int index, kel_test::RecordingUi& ui) {
-    session::MainWindowController c(prog, ui);
+    session::MainWindowController c(prog, ui, importer);
     c.Form_Load(company.string() + "*" + source.string() + "*" + std::to_string(index));
     EXPECT_EQ(c.state.cmbFormato_index, index);
     c.Form_Activate();
@@ -128,17 +130,6 @@ TEST(DemoSession, DatabaseFileFormStagesEveryTable) {
   // The build tree's demo is untouched: its staging database is elsewhere.
   EXPECT_FALSE(fs::exists(kBuiltProgram / "Empresa" / "Pasaje.mdb") &&
                fs::last_write_time(kBuiltProgram / "Empresa" / "Pasaje.mdb") > fs::last_write_time(d.staging));
-
-  // The import run on the staged demo: the source's company is not read from
-  // a database-file source, so the names differ and both questions come.
-  ui.default_answer = true;
-  session::MainWindowController c(d.prog, ui);
-  c.Form_Load(d.company.string());
-  c.cbImportar_Click();
-  ASSERT_EQ(ui.log.size(), 3u);
-  EXPECT_EQ(ui.log[0].rfind("PREGUNTA: La empresa de KEL tiene Nombre: '", 0), 0u) << ui.log[0];
-  EXPECT_EQ(ui.log[1], "PREGUNTA: Confirma importar los datos de la empresa -> Sí");
-  EXPECT_EQ(ui.log[2], "INFO: Importación Satisfactoria!!");
 }
 
 // Contents that texts, dates and amounts must carry the same in both forms.
@@ -173,6 +164,53 @@ TEST(DemoSession, CsvFormStagesTheSameDataAsTheDatabaseForm) {
   for (std::size_t i = 0; i < digests.size(); ++i) {
     EXPECT_FALSE(digests[i].empty()) << kDigests[i];
     EXPECT_EQ(digests[i], kel_test::query_text(d.staging, kDigests[i])) << kDigests[i];
+  }
+}
+
+// What the demo's KEL company holds after staging either form, mapping
+// nothing and importing the five groups (every question answered Yes).
+const std::map<std::string, std::string> kImportedCounts = {
+    {"Empresa", "1"},          {"Planillas", "5"},       {"Cargos", "12"},
+    {"Personas", "52"},        {"Contrato", "64"},       {"Declaraciones", "39"},
+    {"PersonasRela", "33"},    {"rPersonas_Dto_Comunicacion", "124"},
+    {"rPlanillas", "201"},     {"Legajo", "64"},         {"Conceptos", "79"},
+    {"TiposLiquidacion", "10"}, {"Encabezados", "1998"}, {"Datos_Liquidacion", "36324"},
+    {"Calendario_liq", "245"}, {"Cotizacion", "25"},
+};
+
+TEST(DemoSession, BothFormsImportWholeIntoTheSameKelCompany) {
+  for (const auto& [folder, index] : {std::pair<const char*, int>{"Origen_CSV", 0}, {"Origen_BD", 1}}) {
+    SCOPED_TRACE(folder);
+    DemoCopy d;
+    kel_test::RecordingUi ui;
+    ui.default_answer = true;
+    session::MainWindowController c(d.prog, ui, d.importer);
+    c.Form_Load(d.company.string() + "*" + (d.demo / folder).string() + "*" + std::to_string(index));
+    c.Form_Activate();
+    ASSERT_FALSE(c.lblDatosCP_visible);
+    const session::ImportResult result = c.cbImportar_Click();
+
+    ASSERT_TRUE(result.finished);
+    ASSERT_EQ(result.steps.size(), 5u);
+    for (std::size_t i = 0; i < result.steps.size(); ++i) EXPECT_EQ(result.steps[i].group, static_cast<int>(i));
+    EXPECT_EQ(ui.log.back(), "INFO: Importación Satisfactoria!!");
+    const auto kel = [&](const std::string& sql) { return kel_test::query_text(d.company, sql); };
+    for (const auto& [table, rows] : kImportedCounts)
+      EXPECT_EQ(kel("SELECT count(*) FROM " + table), rows) << table;
+    EXPECT_EQ(kel("SELECT count(*) FROM Personas WHERE id_Persona >= 1000000000"), "0");
+    EXPECT_EQ(kel("SELECT Nombre FROM Empresa WHERE IdEmpresa = 1"),
+              kel_test::query_text(d.staging, "SELECT Nombre FROM Empresa"));
+    // Person 27 was in KEL already (matched by document): its contract kept
+    // its id and took the person's number; the staged ones came above.
+    EXPECT_EQ(kel("SELECT group_concat(Id_Contrato || ':' || NUMERO_ALTERNATIVO || ':' || FECHA_INICIO, ',') FROM "
+                  "(SELECT * FROM Contrato WHERE Id_Persona = 27 ORDER BY Id_Contrato)"),
+              "6:27:2009-05-01,43:27_1:2009-05-15,44:27_2:2023-06-28");
+    // A month's headers with their recomputed totals.
+    EXPECT_EQ(kel("SELECT count(*) || '/' || round(sum(Cod1), 2) || '/' || round(sum(Liquido), 2) FROM Encabezados "
+                  "WHERE MesDeLiq = '2024-12-01'"),
+              "128/4865912.78/5009230.73");
+    // The KEL file is left in its own journal mode.
+    EXPECT_EQ(kel("PRAGMA journal_mode"), "delete");
   }
 }
 

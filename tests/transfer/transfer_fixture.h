@@ -1,0 +1,93 @@
+// tests/transfer/transfer_fixture.h — a hand-made staging and KEL database
+// (the schemas only, no base rows) with both connections open, a context for
+// the steps, and whole-table reads to compare with an answer worked out
+// beforehand.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <string>
+#include <vector>
+
+#include "db/sqlite_connection.h"
+#include "support/temp_dir.h"
+#include "transfer/importer.h"
+
+namespace transfer_test {
+
+// A step's questions answered from a list (No when it runs out).
+struct ScriptedQuestions final : transfer::Questions {
+  std::vector<bool> answers;
+  std::vector<std::string> asked;
+  bool ask_yes_no(const std::string& text) override {
+    asked.push_back(text);
+    const bool yes = asked.size() <= answers.size() && answers[asked.size() - 1];
+    return yes;
+  }
+};
+
+class TransferTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    // A quote and a blank in the folder: the path goes into the texts quoted.
+    staging_path_ = (dir_ / "D'Angelo SA" / "Pasaje.mdb").string();
+    kel_path_ = (dir_ / "KEL" / "Empresa.mdb").string();
+    make(staging_path_, "pasaje.sql");
+    make(kel_path_, "kel.sql");
+    ASSERT_TRUE(staging_.open(staging_path_)) << staging_.last_error();
+    ASSERT_TRUE(kel_.open(kel_path_, db::JournalMode::kKeep)) << kel_.last_error();
+  }
+
+  static void make(const std::string& path, const char* script) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+    const std::string sql = TempDir::read(std::filesystem::path(KEL_SOURCE_DIR) / "schema" / script);
+    char* err = nullptr;
+    const int rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &err);
+    const std::string message = err ? err : "";
+    sqlite3_free(err);
+    sqlite3_close(db);
+    ASSERT_EQ(rc, SQLITE_OK) << message;
+  }
+
+  transfer::StepContext context() {
+    return transfer::StepContext{kel_, staging_, transfer::jet_path_literal(staging_path_), questions_,
+                                 [](float) {}};
+  }
+
+  // The rows of a native query, each as its values joined by "|" (Null as
+  // "-"), in the query's order.
+  static std::vector<std::string> rows(db::SqliteConnection& connection, const std::string& sql) {
+    std::vector<std::string> out;
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(connection.handle(), sql.c_str(), -1, &st, nullptr) != SQLITE_OK) {
+      ADD_FAILURE() << sqlite3_errmsg(connection.handle()) << " en " << sql;
+      return out;
+    }
+    while (sqlite3_step(st) == SQLITE_ROW) {
+      std::string row;
+      for (int i = 0; i < sqlite3_column_count(st); ++i) {
+        if (i > 0) row += "|";
+        const unsigned char* t = sqlite3_column_text(st, i);
+        row += t ? reinterpret_cast<const char*>(t) : "-";
+      }
+      out.push_back(row);
+    }
+    sqlite3_finalize(st);
+    return out;
+  }
+  std::vector<std::string> kel(const std::string& sql) { return rows(kel_, sql); }
+
+  TempDir dir_;
+  std::string staging_path_;
+  std::string kel_path_;
+  db::SqliteConnection staging_;
+  db::SqliteConnection kel_;
+  ScriptedQuestions questions_;
+};
+
+using Rows = std::vector<std::string>;
+
+}  // namespace transfer_test

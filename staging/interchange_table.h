@@ -16,6 +16,11 @@
 // the file lacks is all Null, a file column the layout does not declare is
 // left out. With a header and no Columna lines, the header names every column
 // and all are text.
+//
+// Lines: a row's rowid is the line of the file its record starts on (counted
+// from 1, header and skipped lines included); the staging load names refused
+// rows by it (staging/key_check.h). Any other kind of table put in this one's
+// place must keep that.
 #pragma once
 
 #include <cstdint>

@@ -1,11 +1,17 @@
 // session/controller_source.cpp — choosing the destination and the source,
 // preparing the staging database and staging the source: cbBuscar_Click,
 // SelEmpresaAImp, PrepararBDAux, cbActualizar_Click, BuscarArchivos.
+#include <sqlite3.h>
+
+#include <algorithm>
 #include <chrono>
 #include <system_error>
 #include <thread>
 
+#include "db/error.h"
 #include "db/open_database.h"
+#include "db/sqlite_connection.h"
+#include "session/company_check.h"
 #include "session/main_controller.h"
 #include "settings/paths.h"
 #include "settings/strings.h"
@@ -43,6 +49,29 @@ bool folder_exists(const std::string& path) {
 constexpr int kCopyWaitRounds = 50;
 constexpr auto kCopyWaitStep = std::chrono::milliseconds(100);
 
+// The template's folder: a company kept in a folder of this name would stage
+// into the template itself.
+constexpr const char* kTemplateFolder = "Generica";
+
+// `path` absolute and without "." and ".." parts, so that its folder's name
+// is the company folder's real name.
+std::string NormalPath(const std::string& path) {
+  std::error_code ec;
+  std::filesystem::path absolute = std::filesystem::absolute(path, ec);
+  if (ec) absolute = path;
+  return absolute.lexically_normal().string();
+}
+
+// The text in single quotes for native SQL.
+std::string Quoted(const std::string& text) {
+  std::string out = "'";
+  for (char c : text) {
+    if (c == '\'') out += '\'';
+    out += c;
+  }
+  return out + "'";
+}
+
 }  // namespace
 
 void MainWindowController::SelEmpresaAImp(const std::string& path) {
@@ -52,24 +81,48 @@ void MainWindowController::SelEmpresaAImp(const std::string& path) {
                               : ui_.open_file("Seleccionar la base a Importar Datos", "Bases de Access (*.mdb)|*.mdb");
 
   std::string company_folder;
+  bool company_usable = true;
   if (!settings::Trim(PathDeEmp).empty()) {
-    db::open_database(PathDeEmp, destination);
-    if (!destination->is_open()) {
-      std::string text = "Error al abrir la base ubicada en " + PathDeEmp;
-      if (!destination->last_error().empty()) text += "\r\n" + destination->last_error();
-      ui_.warning(text);
+    PathDeEmp = NormalPath(PathDeEmp);
+    const std::string problem = CheckCompanyFile(PathDeEmp);
+    company_usable = false;
+    if (!problem.empty()) {
+      ui_.warning(problem);
+    } else if (!company_lock_.acquire(PathDeEmp + ".lock")) {
+      ui_.warning(kRunInProgress);
+      run_blocked = true;
+    } else {
+      company_usable = true;
     }
-    // A relative path names its folder through the current folder.
-    std::error_code ec;
-    std::string absolute = std::filesystem::absolute(PathDeEmp, ec).string();
-    if (ec) absolute = PathDeEmp;
-    company_folder = after_last_separator(before_last_separator(absolute));
+    if (company_usable) {
+      db::open_database(PathDeEmp, destination);
+      if (!destination->is_open()) {
+        std::string text = "Error al abrir la base ubicada en " + PathDeEmp;
+        if (!destination->last_error().empty()) text += "\r\n" + destination->last_error();
+        ui_.warning(text);
+      }
+    } else {
+      // Nothing of this file is opened: the session has no company.
+      if (destination && destination->is_open()) destination->close();
+      destination = std::make_unique<db::SqliteConnection>();
+      company_lock_.release();
+    }
+    company_folder = std::filesystem::path(PathDeEmp).parent_path().filename().string();
+    if (company_usable && (company_folder.empty() || settings::IEquals(company_folder, kTemplateFolder))) {
+      ui_.warning("La base de KEL " + PathDeEmp + " está en la carpeta \"" +
+                  (company_folder.empty() ? std::string("/") : company_folder) +
+                  "\", que no puede dar nombre a su base auxiliar (" + kTemplateFolder +
+                  " es la carpeta de la base genérica): mueva la base de la empresa a una carpeta propia");
+      company_usable = false;
+      run_blocked = true;
+    }
   }
   LblEmpresa = PathDeEmp;
+  if (!company_usable) return;
 
   if (PrepararBDAux(company_folder) || company_folder.empty()) {
     if (ActuGrillas) ActuGrillas();
-  } else {
+  } else if (!run_blocked) {
     ui_.warning("No se pudo preparar la base de datos auxiliar para la importacion de datos");
   }
 }
@@ -84,6 +137,12 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
   }
   settings::CreateFolders(folder);
   staging_folder_ = folder;
+  if (!staging_lock_.acquire(folder / "Pasaje.mdb.lock")) {
+    ui_.warning(kRunInProgress);
+    run_blocked = true;
+    if (staging && staging->is_open()) staging->close();
+    return false;
+  }
 
   const std::filesystem::path file = folder / "Pasaje.mdb";
   if (!file_exists(file)) {
@@ -103,7 +162,42 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
 
   db::open_database(file.string(), staging);
   ui_.repaint();
+  if (staging->is_open() && !claim_staging_for_company()) {
+    staging->close();
+    return false;
+  }
   return staging->is_open();
+}
+
+bool MainWindowController::claim_staging_for_company() {
+  auto* sqlite = dynamic_cast<db::SqliteConnection*>(staging.get());
+  if (!sqlite || settings::Trim(PathDeEmp).empty()) return true;
+  std::string previous;
+  try {
+    sqlite->execute_native(std::string("CREATE TABLE IF NOT EXISTS ") + staging::kPreparedForTable + " (Archivo TEXT)");
+    db::Recordset rs = staging->open_recordset(std::string("Select Archivo From ") + staging::kPreparedForTable);
+    if (!rs.eof()) previous = db::as_text(rs.field(std::size_t{0}));
+  } catch (const db::Error&) {
+    // A staging database that cannot record its company is used as before.
+    return true;
+  }
+  if (!previous.empty() && previous != PathDeEmp) {
+    const std::string text = "La base auxiliar " + staging->data_source_name() + " fue preparada para la empresa " +
+                             previous + "\r\ny ahora se abre para " + PathDeEmp +
+                             " (las dos carpetas tienen el mismo nombre).\r\n" +
+                             "Sus datos cargados y sus relaciones son de la otra empresa. "
+                             "¿Desea usarlos de todas formas?";
+    if (!ui_.ask_yes_no(text, QuestionIcon::kWarning)) return false;
+  }
+  if (previous != PathDeEmp) {
+    try {
+      sqlite->execute_native(std::string("DELETE FROM ") + staging::kPreparedForTable + "; INSERT INTO " +
+                             staging::kPreparedForTable + " (Archivo) VALUES (" + Quoted(PathDeEmp) + ")");
+    } catch (const db::Error&) {
+      // Not recorded: the next company is simply not told.
+    }
+  }
+  return true;
 }
 
 std::string MainWindowController::SeleccionarDSN() {
@@ -150,11 +244,13 @@ void MainWindowController::cbActualizar_Click(int index) {
   const bool usable = by_folder ? folder_exists(txtRuta) : (state.TipoImp.kind == 0 && state.TipoBD != 1);
   if (!usable) {
     ui_.warning("La carpeta " + txtRuta + " No existe");
+    last_load_failed = true;
     return;
   }
   run_guarded(
       "cbActualizar_Click",
       [this] {
+        matched_all_groups_ = std::all_of(state.ChkOP.begin(), state.ChkOP.end(), [](bool b) { return b; });
         BuscarArchivos(txtRuta);
         ActuBarra(3);
         ActuBarra(-1);
@@ -171,6 +267,23 @@ void MainWindowController::BuscarArchivos(const std::string& folder) {
   staging::MatchResult result =
       staging::MatchFolder(state.ColArchTablas, folder, state.ChkOP, [this] { ActuBarra(1); });
   total_lines = result.total_lines;
+}
+
+std::vector<std::string> MainWindowController::unmatched_source_files() const {
+  std::vector<std::string> names;
+  if (state.TipoImp.kind != 1 || !matched_all_groups_ || !folder_exists(txtRuta)) return names;
+  std::vector<std::string> taken;
+  for (const staging::ClaArchBD& entry : state.ColArchTablas)
+    if (entry.Existe) taken.push_back(std::filesystem::path(entry.Ruta).filename().string());
+  std::error_code ec;
+  for (const auto& e : std::filesystem::directory_iterator(txtRuta, ec)) {
+    if (!e.is_regular_file(ec)) continue;
+    const std::string name = e.path().filename().string();
+    if (name.empty() || name[0] == '.') continue;
+    if (std::find(taken.begin(), taken.end(), name) == taken.end()) names.push_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 }  // namespace session

@@ -33,6 +33,7 @@
 #include "db/connection.h"
 #include "session/error_report.h"
 #include "session/progress.h"
+#include "session/run_lock.h"
 #include "session/session_state.h"
 #include "session/user_interface.h"
 #include "staging/staging_load.h"
@@ -131,6 +132,16 @@ class MainWindowController {
   // them for whoever wants to look (batch mode prints a summary).
   std::vector<std::string> last_load_warnings;
   staging::StagingLoadStats last_load_stats;
+  // Rows a staging table's key refuses are set aside in <staging
+  // folder>/rechazados/<table>.csv instead of refusing the whole table.
+  bool ApartarRechazados = false;
+  // The last staging load of this session staged nothing (or its source
+  // folder was missing): an import must not go on to the transfer.
+  bool last_load_failed = false;
+  // The session cannot import at all: another run holds the company or its
+  // staging database, or the staging database could not be used. Told to the
+  // user when it arose.
+  bool run_blocked = false;
   // The folder of the staging database ("" before PrepararBDAux chose one).
   const std::filesystem::path& staging_folder() const { return staging_folder_; }
 
@@ -165,8 +176,18 @@ class MainWindowController {
 
   std::filesystem::path program_folder_;
   UserInterface& ui_;
+  // Checks which company the staging database was prepared for, records this
+  // one, and asks before another company's data are reused; false on No.
+  bool claim_staging_for_company();
+  // Files of the source folder that no format entry took (interchange
+  // sources, when every group was looked for), for the load's warning.
+  std::vector<std::string> unmatched_source_files() const;
+
   std::filesystem::path staging_folder_;
   bool ended_ = false;
+  RunLock company_lock_;  // held while PathDeEmp is this session's company
+  RunLock staging_lock_;  // held while the staging database is this session's
+  bool matched_all_groups_ = false;  // the last matching looked for every group
 };
 
 }  // namespace session

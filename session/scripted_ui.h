@@ -42,6 +42,8 @@ class ScriptedUserInterface : public UserInterface {
   std::function<void(const std::string&)> on_line;
 
   void warning(const std::string& text) override;
+  // Each item is its own line "AVISO: item" (the title is the window's only).
+  void warning_list(const std::string& title, const std::vector<std::string>& items) override;
   bool ask_yes_no(const std::string& text, QuestionIcon icon) override;
   void information(const std::string& text) override;
   std::string open_file(const std::string& title, const std::string& filter) override;

@@ -96,6 +96,7 @@ void MainWindowController::SelEmpresaAImp(const std::string& path) {
     }
     if (company_usable) {
       db::open_database(PathDeEmp, destination);
+      watch_busy();
       if (!destination->is_open()) {
         std::string text = "Error al abrir la base ubicada en " + PathDeEmp;
         if (!destination->last_error().empty()) text += "\r\n" + destination->last_error();
@@ -161,12 +162,19 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
   }
 
   db::open_database(file.string(), staging);
+  watch_busy();
   ui_.repaint();
   if (staging->is_open() && !claim_staging_for_company()) {
     staging->close();
     return false;
   }
   return staging->is_open();
+}
+
+void MainWindowController::watch_busy() {
+  auto tell = [this](const std::string& text) { ui_.waiting(text); };
+  destination_busy_.install(destination.get(), tell);
+  staging_busy_.install(staging.get(), tell);
 }
 
 bool MainWindowController::claim_staging_for_company() {
@@ -235,6 +243,7 @@ void MainWindowController::cbBuscar_Click(int index) {
 void MainWindowController::cbActualizar_Click(int index) {
   if (index != 0) {
     if (!settings::Trim(PathDeEmp).empty()) db::open_database(PathDeEmp, destination);
+    watch_busy();
     return;
   }
   ui_.repaint();

@@ -17,7 +17,12 @@ MainWindowController::MainWindowController(std::filesystem::path program_folder,
   Barra.yield = [this] { ui_.repaint(); };
 }
 
-MainWindowController::~MainWindowController() = default;
+MainWindowController::~MainWindowController() {
+  // The connections go before the busy handlers they point to.
+  source.reset();
+  staging.reset();
+  destination.reset();
+}
 
 void MainWindowController::show_pending_warnings() {
   std::vector<std::string> pending;

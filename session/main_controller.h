@@ -31,6 +31,7 @@
 #include <vector>
 
 #include "db/connection.h"
+#include "session/busy_notice.h"
 #include "session/error_report.h"
 #include "session/progress.h"
 #include "session/run_lock.h"
@@ -187,6 +188,10 @@ class MainWindowController {
   bool ended_ = false;
   RunLock company_lock_;  // held while PathDeEmp is this session's company
   RunLock staging_lock_;  // held while the staging database is this session's
+  // Say that a connection is waiting for a locked file (one per connection).
+  BusyNotice destination_busy_;
+  BusyNotice staging_busy_;
+  void watch_busy();
   bool matched_all_groups_ = false;  // the last matching looked for every group
 };
 

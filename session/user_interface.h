@@ -29,6 +29,10 @@ class UserInterface {
     warning(text);
   }
 
+  // A passing notice that needs no answer (the window's status line): the
+  // program is waiting for a file another program holds.
+  virtual void waiting(const std::string& text) = 0;
+
   // A Yes/No box; true on Yes.
   virtual bool ask_yes_no(const std::string& text, QuestionIcon icon) = 0;
 

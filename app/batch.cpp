@@ -83,6 +83,7 @@ void print_staging_summary(session::MainWindowController& c, std::ostream& out) 
       << " filas leídas de archivos";
   if (st.rows_set_aside > 0) out << ", " << st.rows_set_aside << " filas apartadas";
   out << "\n";
+  for (const std::string& note : c.last_load_notes) out << "CARGA: nota: " << note << "\n";
   for (const auto& [table, rows] : StagedRowCounts(c.staging.get()))
     if (rows > 0) out << "CARGA: " << table << ": " << rows << (rows == 1 ? " fila\n" : " filas\n");
   out << std::flush;

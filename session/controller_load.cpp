@@ -26,10 +26,12 @@ void MainWindowController::CargarDatos() {
   load.set_aside_bad_rows = ApartarRechazados;
   if (!staging_folder_.empty()) load.rejects_folder = staging_folder_ / "rechazados";
   last_load_warnings.clear();
+  last_load_notes.clear();
   last_load_stats = {};
   last_load_failed = true;  // until the load says otherwise (it may throw)
   staging::CargarDatos(load);
   last_load_warnings = std::move(load.warnings);
+  last_load_notes = std::move(load.notes);
   last_load_stats = load.stats;
   if (!staging || !staging->is_open()) return;
 

@@ -75,7 +75,9 @@ std::string Quoted(const std::string& text) {
 }  // namespace
 
 void MainWindowController::SelEmpresaAImp(const std::string& path) {
-  std::string chosen = path;
+  // Normal before it is tested: "Empresa/x/../Datos.mdb" is Empresa's file
+  // even when there is no folder x.
+  std::string chosen = settings::Trim(path).empty() ? path : NormalPath(path);
   if (!chosen.empty() && !file_exists(chosen)) chosen.clear();
   PathDeEmp = !chosen.empty() ? chosen
                               : ui_.open_file("Seleccionar la base a Importar Datos", "Bases de Access (*.mdb)|*.mdb");

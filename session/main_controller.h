@@ -132,6 +132,7 @@ class MainWindowController {
   // What the last staging load ignored (Spanish) and counted; the window keeps
   // them for whoever wants to look (batch mode prints a summary).
   std::vector<std::string> last_load_warnings;
+  std::vector<std::string> last_load_notes;  // what lost nothing (columns left out or unused)
   staging::StagingLoadStats last_load_stats;
   // Rows a staging table's key refuses are set aside in <staging
   // folder>/rechazados/<table>.csv instead of refusing the whole table.

@@ -53,7 +53,7 @@ bool ReadBytes(const std::filesystem::path& file, std::string* bytes) {
 }
 
 // The table's columns and where their values are, from the layout and the
-// header line (when there is one). Adds warnings for columns the two disagree on.
+// header line (when there is one). Adds notes for columns the two disagree on.
 std::vector<ColumnPlan> PlanColumns(const settings::DataFileLayout& layout,
                                     const std::vector<std::string_view>* header,
                                     const std::string& file_name, std::vector<std::string>& warnings) {
@@ -159,7 +159,7 @@ DataFileLoad LoadDataFile(db::SqliteConnection& connection, const std::filesyste
     }
   }
   std::vector<ColumnPlan> plan =
-      PlanColumns(layout, layout.header && has_records ? &header_views : nullptr, name, result.warnings);
+      PlanColumns(layout, layout.header && has_records ? &header_views : nullptr, name, result.notes);
   if (plan.empty()) {
     result.error = "El archivo " + name + " no tiene columnas";
     return result;

@@ -41,7 +41,8 @@ struct DataFileLoad {
   bool ok = false;              // the table exists and holds the file's rows
   std::int64_t rows = 0;        // rows inserted
   std::int64_t bad_values = 0;  // fields that did not convert (stored as Null)
-  std::vector<std::string> warnings;  // Spanish, naming the file and lines
+  std::vector<std::string> warnings;  // Spanish, naming the file and lines: data that did not arrive as written
+  std::vector<std::string> notes;     // Spanish: columns the file lacks or the layout does not use (nothing lost)
   std::string error;            // Spanish, when !ok
 };
 

@@ -310,6 +310,7 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
       load.stats.data_rows += data.rows;
       load.stats.bad_values += data.bad_values;
       for (auto& w : data.warnings) load.warnings.push_back(std::move(w));
+      for (auto& w : data.notes) load.notes.push_back(std::move(w));
       if (data.ok) {
         data_table = file.layout()->table;
       } else {
@@ -413,6 +414,7 @@ bool IsKeptTable(const std::string& tabla_no_borrar, const std::string& table) {
 void CargarDatos(StagingLoad& load) {
   if (!load.staging || load.staging->state() != 1) return;
   load.warnings.clear();
+  load.notes.clear();
   load.stats = {};
   LoadTuning tuning(load.staging);
   Progress(load, static_cast<float>(80.0 / (static_cast<double>(load.total_lines) + 40.0)));

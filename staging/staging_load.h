@@ -95,6 +95,9 @@ struct StagingLoad {
   // Filled by CargarDatos (cleared at its start): what was ignored, in Spanish
   // (statement errors, data-file problems, statement-file problems), and counts.
   std::vector<std::string> warnings;
+  // What the user may like to know but lost nothing (a column the file leaves
+  // out and the format allows to, a column the format does not use).
+  std::vector<std::string> notes;
   StagingLoadStats stats;
 };
 

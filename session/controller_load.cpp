@@ -35,10 +35,7 @@ void MainWindowController::CargarDatos() {
   last_load_stats = load.stats;
   if (!staging || !staging->is_open()) return;
 
-  for (const std::string& name : unmatched_source_files()) {
-    last_load_warnings.push_back(name + ": no se cargó porque ningún elemento del formato lo reconoce (revise el "
-                                        "nombre del archivo y su línea de encabezado)");
-  }
+  tell_unmatched_source_files(last_load_warnings, last_load_notes);
   // Staged nothing: the transfer would carry the previous content, or none.
   last_load_failed = !last_load_stats.emptied || last_load_stats.statements_run == 0;
   if (last_load_stats.emptied && last_load_stats.statements_run == 0)

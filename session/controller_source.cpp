@@ -28,11 +28,6 @@ std::string after_last_separator(const std::string& path) {
   return pos == std::string::npos ? path : path.substr(pos + 1);
 }
 
-std::string before_last_separator(const std::string& path) {
-  std::size_t pos = path.find_last_of("\\/");
-  return pos == std::string::npos ? std::string() : path.substr(0, pos);
-}
-
 bool file_exists(const std::filesystem::path& path) {
   std::error_code ec;
   return std::filesystem::is_regular_file(path, ec);
@@ -261,7 +256,7 @@ void MainWindowController::cbActualizar_Click(int index) {
   run_guarded(
       "cbActualizar_Click",
       [this] {
-        matched_all_groups_ = std::all_of(state.ChkOP.begin(), state.ChkOP.end(), [](bool b) { return b; });
+        looked_for_ = state.ChkOP;
         BuscarArchivos(txtRuta);
         ActuBarra(3);
         ActuBarra(-1);
@@ -280,12 +275,13 @@ void MainWindowController::BuscarArchivos(const std::string& folder) {
   total_lines = result.total_lines;
 }
 
-std::vector<std::string> MainWindowController::unmatched_source_files() const {
-  std::vector<std::string> names;
-  if (state.TipoImp.kind != 1 || !matched_all_groups_ || !folder_exists(txtRuta)) return names;
+void MainWindowController::tell_unmatched_source_files(std::vector<std::string>& warnings,
+                                                       std::vector<std::string>& notes) const {
+  if (state.TipoImp.kind != 1 || !folder_exists(txtRuta)) return;
   std::vector<std::string> taken;
   for (const staging::ClaArchBD& entry : state.ColArchTablas)
     if (entry.Existe) taken.push_back(std::filesystem::path(entry.Ruta).filename().string());
+  std::vector<std::string> names;
   std::error_code ec;
   for (const auto& e : std::filesystem::directory_iterator(txtRuta, ec)) {
     if (!e.is_regular_file(ec)) continue;
@@ -294,7 +290,24 @@ std::vector<std::string> MainWindowController::unmatched_source_files() const {
     if (std::find(taken.begin(), taken.end(), name) == taken.end()) names.push_back(name);
   }
   std::sort(names.begin(), names.end());
-  return names;
+  for (const std::string& name : names) {
+    // The shipped formats name each entry after its file: a file of that
+    // name that the entry did not take fails the entry's other conditions.
+    const std::string stem = std::filesystem::path(name).stem().string();
+    const staging::ClaArchBD* entry = nullptr;
+    for (const staging::ClaArchBD& e : state.ColArchTablas) {
+      const int option = e.option();
+      if (!e.Existe && option >= 1 && option <= 5 && looked_for_[static_cast<std::size_t>(option - 1)] &&
+          settings::IEquals(e.Codigo.substr(0, e.Codigo.rfind('*')), stem))
+        entry = &e;
+    }
+    if (entry) {
+      warnings.push_back(name + ": no se cargó porque no cumple las condiciones de la entrada " + stem +
+                         " del formato (revise su línea de encabezado)");
+    } else {
+      notes.push_back(name + ": ninguna entrada del formato lo usa; no se cargó");
+    }
+  }
 }
 
 }  // namespace session

@@ -181,9 +181,10 @@ class MainWindowController {
   // Checks which company the staging database was prepared for, records this
   // one, and asks before another company's data are reused; false on No.
   bool claim_staging_for_company();
-  // Files of the source folder that no format entry took (interchange
-  // sources, when every group was looked for), for the load's warning.
-  std::vector<std::string> unmatched_source_files() const;
+  // Files of an interchange source folder that no format entry took: a file
+  // named like an entry that was looked for but not recognised (a header with
+  // a typo) goes to `warnings`, any other file to `notes`.
+  void tell_unmatched_source_files(std::vector<std::string>& warnings, std::vector<std::string>& notes) const;
 
   std::filesystem::path staging_folder_;
   bool ended_ = false;
@@ -193,7 +194,7 @@ class MainWindowController {
   BusyNotice destination_busy_;
   BusyNotice staging_busy_;
   void watch_busy();
-  bool matched_all_groups_ = false;  // the last matching looked for every group
+  std::array<bool, 5> looked_for_{};  // the groups the last matching looked for
 };
 
 }  // namespace session

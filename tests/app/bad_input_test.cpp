@@ -134,9 +134,23 @@ TEST(BadInputBatch, EachBadInputIsToldAndLosesNothing) {
        [](BadInput& f) { f.root.write("origen/Personas.csv", "id_Persna;Nombre_1\n1;Ana\n"); }, {}, {}, 4,
        [](const BadInput&) {
          return std::vector<std::string>{
-             "AVISO: Personas.csv: no se cargó porque ningún elemento del formato lo reconoce (revise el nombre del "
-             "archivo y su línea de encabezado)",
+             "AVISO: Personas.csv: no se cargó porque no cumple las condiciones de la entrada Personas del formato "
+             "(revise su línea de encabezado)",
              "INFO: Importación Satisfactoria!!"};
+       },
+       false},
+      {"archivo vacío", [](BadInput& f) { f.root.write("origen/Personas.csv", ""); }, {}, {}, 4,
+       [](const BadInput&) {
+         return std::vector<std::string>{
+             "AVISO: Personas.csv: no se cargó porque no cumple las condiciones de la entrada Personas del formato "
+             "(revise su línea de encabezado)"};
+       },
+       false},
+      {"línea sin clave",
+       [](BadInput& f) { f.root.write("origen/Personas.csv", kPersonasCsv + ";;\n"); }, {}, {}, 4,
+       [](const BadInput&) {
+         return std::vector<std::string>{
+             "AVISO: Personas.csv: la tabla Personas no se cargó: id_Persona vacío en la línea 5"};
        },
        false},
       {"archivo de sentencias faltante", [](BadInput& f) { fs::remove(f.prog / "csv" / "personas.sql"); }, {}, {}, 4,
@@ -251,19 +265,25 @@ TEST(BadInputBatch, EachBadInputIsToldAndLosesNothing) {
     ASSERT_EQ(good.status, 0) << good.out;
     Exec(f.staging, "INSERT INTO RelacConc (CodKEL, CodOS) VALUES (17, 1)");
     const std::string staging_before = f.staging_state();
-    const std::string kel_before = f.kel_state();
     ASSERT_EQ(staging_before, "3/1/3/4");
 
     c.arrange(f);
+    const std::string kel_before = f.kel_state();  // what the case left of the company
+    const auto kel_size = fs::file_size(f.company);
     std::vector<std::string> args = c.args;
     if (std::find(args.begin(), args.end(), "--no") == args.end()) args.push_back("--yes");
     RunResult r = f.run(args, c.command_line ? c.command_line(f) : f.line());
     EXPECT_EQ(r.status, c.status) << r.out;
     for (const std::string& line : c.lines(f)) EXPECT_TRUE(HasLine(r.out, line)) << line << "\n---\n" << r.out;
-    if (c.staging_untouched) EXPECT_EQ(f.staging_state(), staging_before) << r.out;
+    if (c.staging_untouched) {
+      EXPECT_EQ(f.staging_state(), staging_before) << r.out;
+    }
     // The mappings and the template's catalogues survive every case.
     EXPECT_EQ(f.staging_state().substr(f.staging_state().find('/')), "/1/3/4") << r.out;
     EXPECT_EQ(f.kel_state(), kel_before);
+    if (c.status == 3) {
+      EXPECT_EQ(fs::file_size(f.company), kel_size);  // a refused file is not even opened
+    }
     EXPECT_EQ(Query(f.prog / "Generica" / "Pasaje.mdb", "SELECT count(*) FROM Personas"), "0");
   }
 }

@@ -132,8 +132,9 @@ std::string InterchangeColumn(sqlite3* db, const std::string& interchange, const
 std::vector<BadRow> EmptyKeyRows(sqlite3* db, const std::string& interchange, const std::string& icol) {
   std::vector<BadRow> rows;
   const std::string c = QuoteIdentifier(icol);
-  Statement q(db, "SELECT rowid FROM " + QuoteIdentifier(interchange) + " WHERE " + c + " IS NULL OR trim(" + c +
-                      ") = '' ORDER BY rowid");
+  // No trim(): on a whole-number column it would turn every value into text.
+  Statement q(db, "SELECT rowid FROM " + QuoteIdentifier(interchange) + " WHERE " + c + " IS NULL OR " + c +
+                      " = '' ORDER BY rowid");
   if (!q.stmt) return rows;
   while (sqlite3_step(q.stmt) == SQLITE_ROW)
     rows.push_back({sqlite3_column_int64(q.stmt, 0), std::string(), icol + " vacío"});

@@ -12,7 +12,9 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <functional>
+#include <thread>
 
 #include "run_program.h"
 
@@ -321,6 +323,26 @@ TEST(BadInputBatch, SecondRunOnTheSameCompanyStopsAtOnce) {
     EXPECT_TRUE(HasLine(r.out, "AVISO: Otra importación de esta empresa está en curso")) << r.out;
     EXPECT_EQ(r.out.find("CARGA:"), std::string::npos) << r.out;
   }
+}
+
+TEST(BadInputBatch, WaitingForALockedDatabaseIsTold) {
+  BadInput f;
+  ASSERT_EQ(f.run({"--yes"}).status, 0);
+  // Another program holds the staging database for a moment.
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(f.staging.c_str(), &other), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  std::thread release([other] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(700));
+    sqlite3_exec(other, "COMMIT", nullptr, nullptr, nullptr);
+  });
+  RunResult r = f.run({"--yes"});
+  release.join();
+  sqlite3_close(other);
+  EXPECT_EQ(r.status, 0) << r.out;
+  EXPECT_TRUE(HasLine(r.out, "ESPERA: Esperando a que otro programa libere la base " + f.staging.string() +
+                                 " (o una base que lee); se espera hasta 15 segundos"))
+      << r.out;
 }
 
 TEST(BadInputBatch, ExitStatusRule) {

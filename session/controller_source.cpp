@@ -1,6 +1,13 @@
 // session/controller_source.cpp — choosing the destination and the source,
 // preparing the staging database and staging the source: cbBuscar_Click,
 // SelEmpresaAImp, PrepararBDAux, cbActualizar_Click, BuscarArchivos.
+//
+// Before a company is used its file is checked (session/company_check.h) and
+// its path made absolute and normal, a company in a folder named like the
+// template's is refused, and the run takes the company's and the staging
+// database's locks (session/run_lock.h). The staging database records the
+// company it was prepared for, so that another company of a same-named folder
+// is asked before it reuses that data.
 #include <sqlite3.h>
 
 #include <algorithm>

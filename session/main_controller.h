@@ -111,12 +111,17 @@ class MainWindowController {
   // source (folder browser or ODBC picker) and stages it when one was chosen.
   void cbBuscar_Click(int index);
   // SelEmpresaAImp: opens the destination at `path` (asks for one when the
-  // path is empty or missing) and prepares its staging database.
+  // path is empty or missing) and prepares its staging database. The path is
+  // made absolute and normal first; a file that is not a usable KEL company,
+  // a company another run holds, or one in a folder named Generica is told
+  // and neither the company nor a staging database is opened.
   void SelEmpresaAImp(const std::string& path);
   // PrepararBDAux: makes <program folder>/<name>/Pasaje.mdb from the template
   // when missing (an existing one is kept) and opens the staging connection on
   // it; true when open. Only the part of `name` after its last "\" or "/" is
-  // used. Warns "Falta Base Genérica ..." and returns false without template.
+  // used. Warns "Falta Base Genérica ..." and returns false without template;
+  // returns false when another run holds the staging database, or when it was
+  // prepared for another company and the user does not want to reuse it.
   bool PrepararBDAux(const std::string& name);
   // cbActualizar_Click: index 0 matches the source folder and runs the staging
   // load; any other index reopens the destination connection. An error that

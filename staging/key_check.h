@@ -62,9 +62,9 @@ std::string RefusedTableMessage(const std::string& file, const std::string& tabl
 
 // Appends `rows` with their line, reason and the interchange table's values
 // to <folder>/<table>.csv (";"-separated, UTF-8, header on a new file), then
-// deletes them from the interchange table. False with `error` (Spanish) when
-// the file cannot be written or the rows cannot be removed; nothing is
-// removed then.
+// deletes them from the interchange table (which must accept a delete by
+// rowid). False with `error` (Spanish) when the file cannot be written (then
+// nothing is removed) or a row cannot be removed.
 bool SetRowsAside(sqlite3* db, const std::string& interchange, const std::vector<BadRow>& rows,
                   const std::filesystem::path& folder, const std::string& table, std::filesystem::path* file,
                   std::string* error);

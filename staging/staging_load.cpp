@@ -175,9 +175,9 @@ std::string NothingToLoad(const StagingLoad& load) {
          "quedó como estaba";
 }
 
-// Rows of the interchange table `data_table` whose key the statement's table
-// refuses because it is empty; an empty list when the statement inserts into
-// no keyed table or the interchange table has no column of that name.
+// The keyed staging table a statement inserts into, with the interchange
+// table's column of the key's name; all empty when the statement inserts into
+// no keyed table or the interchange table has no such column.
 struct KeyTarget {
   std::string table;  // the staging table
   std::string key;    // its key column

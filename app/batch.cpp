@@ -79,14 +79,13 @@ class TerminalProgress {
 
 void print_staging_summary(session::MainWindowController& c, std::ostream& out) {
   const staging::StagingLoadStats& st = c.last_load_stats;
+  // What the load left out was printed as AVISO: lines when it ended.
   out << "CARGA: " << st.entries_loaded << " entradas cargadas, " << st.statements_run
       << " instrucciones ejecutadas, " << st.statements_failed << " rechazadas, " << st.data_rows
-      << " filas leídas de archivos\n";
-  constexpr std::size_t kShownWarnings = 20;
-  for (std::size_t i = 0; i < c.last_load_warnings.size() && i < kShownWarnings; ++i)
-    out << "CARGA: aviso: " << c.last_load_warnings[i] << "\n";
-  if (c.last_load_warnings.size() > kShownWarnings)
-    out << "CARGA: ... y " << c.last_load_warnings.size() - kShownWarnings << " avisos más\n";
+      << " filas leídas de archivos";
+  if (st.rows_set_aside > 0) out << ", " << st.rows_set_aside << " filas apartadas";
+  out << "\n";
+  for (const std::string& note : c.last_load_notes) out << "CARGA: nota: " << note << "\n";
   for (const auto& [table, rows] : StagedRowCounts(c.staging.get()))
     if (rows > 0) out << "CARGA: " << table << ": " << rows << (rows == 1 ? " fila\n" : " filas\n");
   out << std::flush;
@@ -112,6 +111,12 @@ void print_transferred(const session::ImportResult& result, std::ostream& out) {
 
 bool BatchSucceeded(const session::ImportResult& result) { return result.finished && !result.steps.empty(); }
 
+int BatchExitStatus(const BatchOutcome& outcome) {
+  if (outcome.blocked || outcome.load_failed) return kBatchError;
+  if (!outcome.finished) return kBatchStopped;
+  return outcome.left_out > 0 ? kBatchIncomplete : kBatchOk;
+}
+
 std::string batch_usage() {
   return "Uso: kelimport --batch [opciones] \"DESTINO*ORIGEN*FORMATO\"\n"
          "\n"
@@ -129,14 +134,18 @@ std::string batch_usage() {
          "  --yes | --no         respuesta a todas las preguntas (sin ella, una pregunta\n"
          "                       es un error)\n"
          "  --only-used-concepts importar solo los conceptos utilizados\n"
+         "  --set-aside-bad-rows apartar las filas con clave vacía o repetida en\n"
+         "                       rechazados/<tabla>.csv y cargar el resto de la tabla\n"
+         "                       (sin ella, esa tabla no se carga)\n"
          "  --help               esta ayuda\n"
          "\n"
          "Cada paso transferido se resume en líneas TRANSFERIDO (filas por tabla).\n"
          "\n"
-         "Resultado: 0 importación satisfactoria (al menos un grupo transferido), 1 una\n"
-         "respuesta detuvo la importación o no había ningún grupo marcado,\n"
-         "2 un error detuvo la importación (ver el informe de errores), 3 argumentos\n"
-         "incorrectos.\n";
+         "Resultado: 0 importación satisfactoria (al menos un grupo transferido), sin\n"
+         "nada omitido; 1 una respuesta detuvo la importación o no había ningún grupo\n"
+         "marcado; 2 un error detuvo la importación (ver el informe de errores) o la\n"
+         "carga no cargó nada; 3 argumentos incorrectos; 4 la importación terminó pero\n"
+         "algo se omitió, se rechazó o se apartó (cada cosa en una línea AVISO).\n";
 }
 
 std::optional<BatchOptions> ParseBatchArguments(const std::vector<std::string>& args, std::string* error) {
@@ -172,6 +181,8 @@ std::optional<BatchOptions> ParseBatchArguments(const std::vector<std::string>& 
       o.answer = answer;
     } else if (arg == "--only-used-concepts") {
       o.only_used_concepts = true;
+    } else if (arg == "--set-aside-bad-rows") {
+      o.set_aside_bad_rows = true;
     } else if (arg == "--groups") {
       if (!take_value()) return fail("Falta la lista de grupos después de --groups");
       o.groups = parse_groups(value);
@@ -220,8 +231,14 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
   TerminalProgress progress(err);
   if (show_progress) c.Barra.yield = [&] { progress.show(c.Barra); };
 
+  c.ApartarRechazados = options->set_aside_bad_rows;
+  BatchOutcome outcome;
   try {
     c.Form_Load(options->command_line);
+    if (c.run_blocked) {
+      outcome.blocked = true;
+      return BatchExitStatus(outcome);
+    }
     if (!c.destination || !c.destination->is_open()) {
       std::string named = options->command_line.substr(0, options->command_line.find('*'));
       std::erase(named, '"');
@@ -243,8 +260,22 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
     // sources it does not find.
     if (options->groups) c.state.ChkOP = *options->groups;
 
+    if (!c.staging || !c.staging->is_open()) {
+      out << "ERROR: No hay una base auxiliar abierta para la empresa; no se importa nada\n";
+      outcome.blocked = true;
+      return BatchExitStatus(outcome);
+    }
+
     c.Form_Activate();
     if (!preview.lblDatosCP_visible) print_staging_summary(c, out);
+    outcome.left_out = c.last_load_warnings.size();
+    if (c.last_load_failed && !settings::Trim(c.txtRuta).empty()) {
+      // The transfer would carry the staging database's previous content.
+      out << "ERROR: La carga de la base auxiliar no cargó nada; no se importa nada\n";
+      outcome.load_failed = true;
+      c.Form_Unload();
+      return BatchExitStatus(outcome);
+    }
     // What the mapping grids say, so that a scripted run shows what is
     // imported under which KEL code.
     for (const std::string& line : mapping::RelationSummary(mapping.GridRelacConc, mapping.GridRelacTL))
@@ -259,8 +290,9 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
     }
     const session::ImportResult result = c.cbImportar_Click();
     print_transferred(result, out);
+    outcome.finished = BatchSucceeded(result);
     c.Form_Unload();
-    return BatchSucceeded(result) ? kBatchOk : kBatchStopped;
+    return BatchExitStatus(outcome);
   } catch (const session::SessionAborted& e) {
     out << "ERROR: " << e.what();
     if (!e.report_file().empty()) out << " (detalle en " << e.report_file().string() << ")";

@@ -22,11 +22,25 @@ namespace app {
 
 // Exit statuses of a batch run.
 enum BatchStatus : int {
-  kBatchOk = 0,           // at least one group transferred, every ticked step to its end
+  kBatchOk = 0,           // "Importación Satisfactoria!!": a group transferred, every ticked step to its end, nothing left out
   kBatchStopped = 1,      // an answer (No) stopped the run, or no group was ticked
-  kBatchError = 2,        // an error ended the run; the report file says why
-  kBatchBadArguments = 3  // the command line is wrong (usage printed)
+  kBatchError = 2,        // an error ended the run (the report file or the printed lines say why)
+  kBatchBadArguments = 3, // the command line is wrong (usage printed)
+  kBatchIncomplete = 4    // the run finished, but something was skipped, refused or set aside (each printed)
 };
+
+// How a batch run ended, as far as the exit status is concerned.
+struct BatchOutcome {
+  bool blocked = false;      // another run holds the company, or the staging database could not be used
+  bool load_failed = false;  // the staging load staged nothing, or its source folder was missing
+  bool finished = false;     // the import ran to "Importación Satisfactoria!!"
+  std::size_t left_out = 0;  // things the run skipped, refused or set aside (each told as AVISO:)
+};
+
+// The exit status of a run that got past its command line: 2 when it was
+// blocked or staged nothing, 1 when an answer stopped it, 4 when it finished
+// but left something out, 0 otherwise.
+int BatchExitStatus(const BatchOutcome& outcome);
 
 struct BatchOptions {
   std::string command_line;                 // "destination" or "destination*source*format index"
@@ -35,6 +49,7 @@ struct BatchOptions {
   std::optional<session::Month> to;         // --to MM/yyyy: ticks and sets Hasta
   std::optional<bool> answer;               // --yes / --no
   bool only_used_concepts = false;          // --only-used-concepts (chkImpSoloConUtil)
+  bool set_aside_bad_rows = false;          // --set-aside-bad-rows (ApartarRechazados)
   bool help = false;                        // --help
 };
 

@@ -368,6 +368,23 @@ CREATE TABLE RelacTLiq (
 );
 CREATE INDEX ix_RelacTLiq_OS ON RelacTLiq(CodOS);
 
+-- The tables that are not source data: a staging load never empties them,
+-- whatever the format's TablaNoBorrar says (the user's mappings and the
+-- catalogues this template brings; PasajeEmpresa records the company file the
+-- staging database was prepared for).
+CREATE TABLE TablasPropias (
+  Tabla TEXT COLLATE NOCASE PRIMARY KEY
+);
+INSERT INTO TablasPropias (Tabla) VALUES
+  ('TablasPropias'), ('PasajeEmpresa'), ('RelacConc'), ('RelacTLiq'), ('TiposRemuneracion'), ('CobraPor');
+
+-- The KEL company file (absolute, normal path) this staging database was
+-- prepared for; empty in the template. A second company whose folder has the
+-- same name is told before it reuses the first one's data.
+CREATE TABLE PasajeEmpresa (
+  Archivo TEXT
+);
+
 ------------------------------------------------------------------------------
 -- Deduction catalogues named by the declaration view
 ------------------------------------------------------------------------------

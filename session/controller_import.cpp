@@ -7,6 +7,7 @@
 
 #include "db/sql_text.h"
 #include "session/main_controller.h"
+#include "settings/strings.h"
 
 namespace session {
 
@@ -27,6 +28,13 @@ class UiQuestions final : public transfer::Questions {
 
 ImportResult MainWindowController::cbImportar_Click() {
   ImportResult result;
+  // A load from a source that staged nothing leaves the previous company's
+  // rows (or none) in the staging database: importing them would carry the
+  // wrong data, so the run stops before its questions.
+  if (last_load_failed && !settings::Trim(txtRuta).empty()) {
+    ui_.warning("La carga de la base auxiliar no cargó nada; no se importa nada");
+    return result;
+  }
   if (!Valido(true)) return result;
   result.confirmed = true;
   ImportaEmpleados = state.ChkOP[2];

@@ -25,11 +25,25 @@ void MainWindowController::CargarDatos() {
   load.hide_lblDatosCP = [this] { preview_.lblDatosCP_visible = false; };
   load.ActuGrillas = [this] { ActuGrillas(); };
   load.CargarMes = [this] { CargarMes(state.period); };
+  load.set_aside_bad_rows = ApartarRechazados;
+  if (!staging_folder_.empty()) load.rejects_folder = staging_folder_ / "rechazados";
   last_load_warnings.clear();
+  last_load_notes.clear();
   last_load_stats = {};
+  last_load_failed = true;  // until the load says otherwise (it may throw)
   staging::CargarDatos(load);
   last_load_warnings = std::move(load.warnings);
+  last_load_notes = std::move(load.notes);
   last_load_stats = load.stats;
+  if (!staging || !staging->is_open()) return;
+
+  tell_unmatched_source_files(last_load_warnings, last_load_notes);
+  // Staged nothing: the transfer would carry the previous content, or none.
+  last_load_failed = !last_load_stats.emptied || last_load_stats.statements_run == 0;
+  if (last_load_stats.emptied && last_load_stats.statements_run == 0)
+    last_load_warnings.push_back("No se cargó ningún dato desde " + txtRuta + ": no se importa nada");
+  if (!last_load_warnings.empty())
+    ui_.warning_list("La carga de la base auxiliar dejó afuera lo siguiente:", last_load_warnings);
 }
 
 }  // namespace session

@@ -1,11 +1,24 @@
 // session/controller_source.cpp — choosing the destination and the source,
 // preparing the staging database and staging the source: cbBuscar_Click,
 // SelEmpresaAImp, PrepararBDAux, cbActualizar_Click, BuscarArchivos.
+//
+// Before a company is used its file is checked (session/company_check.h) and
+// its path made absolute and normal, a company in a folder named like the
+// template's is refused, and the run takes the company's and the staging
+// database's locks (session/run_lock.h). The staging database records the
+// company it was prepared for, so that another company of a same-named folder
+// is asked before it reuses that data.
+#include <sqlite3.h>
+
+#include <algorithm>
 #include <chrono>
 #include <system_error>
 #include <thread>
 
+#include "db/error.h"
 #include "db/open_database.h"
+#include "db/sqlite_connection.h"
+#include "session/company_check.h"
 #include "session/main_controller.h"
 #include "settings/paths.h"
 #include "settings/strings.h"
@@ -20,11 +33,6 @@ namespace {
 std::string after_last_separator(const std::string& path) {
   std::size_t pos = path.find_last_of("\\/");
   return pos == std::string::npos ? path : path.substr(pos + 1);
-}
-
-std::string before_last_separator(const std::string& path) {
-  std::size_t pos = path.find_last_of("\\/");
-  return pos == std::string::npos ? std::string() : path.substr(0, pos);
 }
 
 bool file_exists(const std::filesystem::path& path) {
@@ -43,34 +51,84 @@ bool folder_exists(const std::string& path) {
 constexpr int kCopyWaitRounds = 50;
 constexpr auto kCopyWaitStep = std::chrono::milliseconds(100);
 
+// The template's folder: a company kept in a folder of this name would stage
+// into the template itself.
+constexpr const char* kTemplateFolder = "Generica";
+
+// `path` absolute and without "." and ".." parts, so that its folder's name
+// is the company folder's real name.
+std::string NormalPath(const std::string& path) {
+  std::error_code ec;
+  std::filesystem::path absolute = std::filesystem::absolute(path, ec);
+  if (ec) absolute = path;
+  return absolute.lexically_normal().string();
+}
+
+// The text in single quotes for native SQL.
+std::string Quoted(const std::string& text) {
+  std::string out = "'";
+  for (char c : text) {
+    if (c == '\'') out += '\'';
+    out += c;
+  }
+  return out + "'";
+}
+
 }  // namespace
 
 void MainWindowController::SelEmpresaAImp(const std::string& path) {
-  std::string chosen = path;
+  // Normal before it is tested: "Empresa/x/../Datos.mdb" is Empresa's file
+  // even when there is no folder x.
+  std::string chosen = settings::Trim(path).empty() ? path : NormalPath(path);
   if (!chosen.empty() && !file_exists(chosen)) chosen.clear();
   PathDeEmp = !chosen.empty() ? chosen
                               : ui_.open_file("Seleccionar la base a Importar Datos", "Bases de Access (*.mdb)|*.mdb");
 
   std::string company_folder;
+  bool company_usable = true;
   if (!settings::Trim(PathDeEmp).empty()) {
-    // The company file keeps its own journal mode: it is KEL's file.
-    db::open_database(PathDeEmp, destination, db::JournalMode::kKeep);
-    if (!destination->is_open()) {
-      std::string text = "Error al abrir la base ubicada en " + PathDeEmp;
-      if (!destination->last_error().empty()) text += "\r\n" + destination->last_error();
-      ui_.warning(text);
+    PathDeEmp = NormalPath(PathDeEmp);
+    const std::string problem = CheckCompanyFile(PathDeEmp);
+    company_usable = false;
+    if (!problem.empty()) {
+      ui_.warning(problem);
+    } else if (!company_lock_.acquire(PathDeEmp + ".lock")) {
+      ui_.warning(kRunInProgress);
+      run_blocked = true;
+    } else {
+      company_usable = true;
     }
-    // A relative path names its folder through the current folder.
-    std::error_code ec;
-    std::string absolute = std::filesystem::absolute(PathDeEmp, ec).string();
-    if (ec) absolute = PathDeEmp;
-    company_folder = after_last_separator(before_last_separator(absolute));
+    if (company_usable) {
+      // The company file keeps its own journal mode: it is KEL's file.
+      db::open_database(PathDeEmp, destination, db::JournalMode::kKeep);
+      watch_busy();
+      if (!destination->is_open()) {
+        std::string text = "Error al abrir la base ubicada en " + PathDeEmp;
+        if (!destination->last_error().empty()) text += "\r\n" + destination->last_error();
+        ui_.warning(text);
+      }
+    } else {
+      // Nothing of this file is opened: the session has no company.
+      if (destination && destination->is_open()) destination->close();
+      destination = std::make_unique<db::SqliteConnection>();
+      company_lock_.release();
+    }
+    company_folder = std::filesystem::path(PathDeEmp).parent_path().filename().string();
+    if (company_usable && (company_folder.empty() || settings::IEquals(company_folder, kTemplateFolder))) {
+      ui_.warning("La base de KEL " + PathDeEmp + " está en la carpeta \"" +
+                  (company_folder.empty() ? std::string("/") : company_folder) +
+                  "\", que no puede dar nombre a su base auxiliar (" + kTemplateFolder +
+                  " es la carpeta de la base genérica): mueva la base de la empresa a una carpeta propia");
+      company_usable = false;
+      run_blocked = true;
+    }
   }
   LblEmpresa = PathDeEmp;
+  if (!company_usable) return;
 
   if (PrepararBDAux(company_folder) || company_folder.empty()) {
     ActuGrillas();
-  } else {
+  } else if (!run_blocked) {
     ui_.warning("No se pudo preparar la base de datos auxiliar para la importacion de datos");
   }
 }
@@ -85,6 +143,12 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
   }
   settings::CreateFolders(folder);
   staging_folder_ = folder;
+  if (!staging_lock_.acquire(folder / "Pasaje.mdb.lock")) {
+    ui_.warning(kRunInProgress);
+    run_blocked = true;
+    if (staging && staging->is_open()) staging->close();
+    return false;
+  }
 
   const std::filesystem::path file = folder / "Pasaje.mdb";
   if (!file_exists(file)) {
@@ -105,8 +169,50 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
   // The browser's open cursor reads the connection about to be replaced.
   preview_.browser.release();
   db::open_database(file.string(), staging);
+  watch_busy();
   ui_.repaint();
+  if (staging->is_open() && !claim_staging_for_company()) {
+    staging->close();
+    return false;
+  }
   return staging->is_open();
+}
+
+void MainWindowController::watch_busy() {
+  auto tell = [this](const std::string& text) { ui_.waiting(text); };
+  destination_busy_.install(destination.get(), tell);
+  staging_busy_.install(staging.get(), tell);
+}
+
+bool MainWindowController::claim_staging_for_company() {
+  auto* sqlite = dynamic_cast<db::SqliteConnection*>(staging.get());
+  if (!sqlite || settings::Trim(PathDeEmp).empty()) return true;
+  std::string previous;
+  try {
+    sqlite->execute_native(std::string("CREATE TABLE IF NOT EXISTS ") + staging::kPreparedForTable + " (Archivo TEXT)");
+    db::Recordset rs = staging->open_recordset(std::string("Select Archivo From ") + staging::kPreparedForTable);
+    if (!rs.eof()) previous = db::as_text(rs.field(std::size_t{0}));
+  } catch (const db::Error&) {
+    // A staging database that cannot record its company is used as before.
+    return true;
+  }
+  if (!previous.empty() && previous != PathDeEmp) {
+    const std::string text = "La base auxiliar " + staging->data_source_name() + " fue preparada para la empresa " +
+                             previous + "\r\ny ahora se abre para " + PathDeEmp +
+                             " (las dos carpetas tienen el mismo nombre).\r\n" +
+                             "Sus datos cargados y sus relaciones son de la otra empresa. "
+                             "¿Desea usarlos de todas formas?";
+    if (!ui_.ask_yes_no(text, QuestionIcon::kWarning)) return false;
+  }
+  if (previous != PathDeEmp) {
+    try {
+      sqlite->execute_native(std::string("DELETE FROM ") + staging::kPreparedForTable + "; INSERT INTO " +
+                             staging::kPreparedForTable + " (Archivo) VALUES (" + Quoted(PathDeEmp) + ")");
+    } catch (const db::Error&) {
+      // Not recorded: the next company is simply not told.
+    }
+  }
+  return true;
 }
 
 std::string MainWindowController::SeleccionarDSN() {
@@ -144,6 +250,7 @@ void MainWindowController::cbBuscar_Click(int index) {
 void MainWindowController::cbActualizar_Click(int index) {
   if (index != 0) {
     if (!settings::Trim(PathDeEmp).empty()) db::open_database(PathDeEmp, destination, db::JournalMode::kKeep);
+    watch_busy();
     return;
   }
   ui_.repaint();
@@ -153,11 +260,13 @@ void MainWindowController::cbActualizar_Click(int index) {
   const bool usable = by_folder ? folder_exists(txtRuta) : (state.TipoImp.kind == 0 && state.TipoBD != 1);
   if (!usable) {
     ui_.warning("La carpeta " + txtRuta + " No existe");
+    last_load_failed = true;
     return;
   }
   run_guarded(
       "cbActualizar_Click",
       [this] {
+        looked_for_ = state.ChkOP;
         BuscarArchivos(txtRuta);
         ActuBarra(3);
         ActuBarra(-1);
@@ -174,6 +283,41 @@ void MainWindowController::BuscarArchivos(const std::string& folder) {
   staging::MatchResult result =
       staging::MatchFolder(state.ColArchTablas, folder, state.ChkOP, [this] { ActuBarra(1); });
   total_lines = result.total_lines;
+}
+
+void MainWindowController::tell_unmatched_source_files(std::vector<std::string>& warnings,
+                                                       std::vector<std::string>& notes) const {
+  if (state.TipoImp.kind != 1 || !folder_exists(txtRuta)) return;
+  std::vector<std::string> taken;
+  for (const staging::ClaArchBD& entry : state.ColArchTablas)
+    if (entry.Existe) taken.push_back(std::filesystem::path(entry.Ruta).filename().string());
+  std::vector<std::string> names;
+  std::error_code ec;
+  for (const auto& e : std::filesystem::directory_iterator(txtRuta, ec)) {
+    if (!e.is_regular_file(ec)) continue;
+    const std::string name = e.path().filename().string();
+    if (name.empty() || name[0] == '.') continue;
+    if (std::find(taken.begin(), taken.end(), name) == taken.end()) names.push_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  for (const std::string& name : names) {
+    // The shipped formats name each entry after its file: a file of that
+    // name that the entry did not take fails the entry's other conditions.
+    const std::string stem = std::filesystem::path(name).stem().string();
+    const staging::ClaArchBD* entry = nullptr;
+    for (const staging::ClaArchBD& e : state.ColArchTablas) {
+      const int option = e.option();
+      if (!e.Existe && option >= 1 && option <= 5 && looked_for_[static_cast<std::size_t>(option - 1)] &&
+          settings::IEquals(e.Codigo.substr(0, e.Codigo.rfind('*')), stem))
+        entry = &e;
+    }
+    if (entry) {
+      warnings.push_back(name + ": no se cargó porque no cumple las condiciones de la entrada " + stem +
+                         " del formato (revise su línea de encabezado)");
+    } else {
+      notes.push_back(name + ": ninguna entrada del formato lo usa; no se cargó");
+    }
+  }
 }
 
 }  // namespace session

@@ -19,9 +19,15 @@ MainWindowController::MainWindowController(std::filesystem::path program_folder,
   Barra.yield = [this] { ui_.repaint(); };
 }
 
-// The preview outlives the controller; its open cursor must not outlive the
-// staging connection.
-MainWindowController::~MainWindowController() { preview_.browser.release(); }
+MainWindowController::~MainWindowController() {
+  // The preview outlives the controller; its open cursor must not outlive the
+  // staging connection.
+  preview_.browser.release();
+  // The connections go before the busy handlers they point to.
+  source.reset();
+  staging.reset();
+  destination.reset();
+}
 
 void MainWindowController::show_pending_warnings() {
   std::vector<std::string> pending;

@@ -37,8 +37,10 @@
 #include "db/connection.h"
 #include "mapping/mapping_panel.h"
 #include "preview/staged_preview.h"
+#include "session/busy_notice.h"
 #include "session/error_report.h"
 #include "session/progress.h"
+#include "session/run_lock.h"
 #include "session/session_state.h"
 #include "session/user_interface.h"
 #include "staging/staging_load.h"
@@ -123,12 +125,17 @@ class MainWindowController {
   // source (folder browser or ODBC picker) and stages it when one was chosen.
   void cbBuscar_Click(int index);
   // SelEmpresaAImp: opens the destination at `path` (asks for one when the
-  // path is empty or missing) and prepares its staging database.
+  // path is empty or missing) and prepares its staging database. The path is
+  // made absolute and normal first; a file that is not a usable KEL company,
+  // a company another run holds, or one in a folder named Generica is told
+  // and neither the company nor a staging database is opened.
   void SelEmpresaAImp(const std::string& path);
   // PrepararBDAux: makes <program folder>/<name>/Pasaje.mdb from the template
   // when missing (an existing one is kept) and opens the staging connection on
   // it; true when open. Only the part of `name` after its last "\" or "/" is
-  // used. Warns "Falta Base Genérica ..." and returns false without template.
+  // used. Warns "Falta Base Genérica ..." and returns false without template;
+  // returns false when another run holds the staging database, or when it was
+  // prepared for another company and the user does not want to reuse it.
   bool PrepararBDAux(const std::string& name);
   // cbActualizar_Click: index 0 matches the source folder and runs the staging
   // load; any other index reopens the destination connection. An error that
@@ -144,7 +151,18 @@ class MainWindowController {
   // What the last staging load ignored (Spanish) and counted; the window keeps
   // them for whoever wants to look (batch mode prints a summary).
   std::vector<std::string> last_load_warnings;
+  std::vector<std::string> last_load_notes;  // what lost nothing (columns left out or unused)
   staging::StagingLoadStats last_load_stats;
+  // Rows a staging table's key refuses are set aside in <staging
+  // folder>/rechazados/<table>.csv instead of refusing the whole table.
+  bool ApartarRechazados = false;
+  // The last staging load of this session staged nothing (or its source
+  // folder was missing): an import must not go on to the transfer.
+  bool last_load_failed = false;
+  // The session cannot import at all: another run holds the company or its
+  // staging database, or the staging database could not be used. Told to the
+  // user when it arose.
+  bool run_blocked = false;
   // The folder of the staging database ("" before PrepararBDAux chose one).
   const std::filesystem::path& staging_folder() const { return staging_folder_; }
 
@@ -212,8 +230,23 @@ class MainWindowController {
   transfer::StepRunner& transfer_;
   preview::StagedPreview& preview_;
   mapping::MappingPanel& mapping_;
+  // Checks which company the staging database was prepared for, records this
+  // one, and asks before another company's data are reused; false on No.
+  bool claim_staging_for_company();
+  // Files of an interchange source folder that no format entry took: a file
+  // named like an entry that was looked for but not recognised (a header with
+  // a typo) goes to `warnings`, any other file to `notes`.
+  void tell_unmatched_source_files(std::vector<std::string>& warnings, std::vector<std::string>& notes) const;
+
   std::filesystem::path staging_folder_;
   bool ended_ = false;
+  RunLock company_lock_;  // held while PathDeEmp is this session's company
+  RunLock staging_lock_;  // held while the staging database is this session's
+  // Say that a connection is waiting for a locked file (one per connection).
+  BusyNotice destination_busy_;
+  BusyNotice staging_busy_;
+  void watch_busy();
+  std::array<bool, 5> looked_for_{};  // the groups the last matching looked for
 };
 
 }  // namespace session

@@ -10,6 +10,10 @@ void ScriptedUserInterface::record(std::string line) {
 
 void ScriptedUserInterface::warning(const std::string& text) { record("AVISO: " + text); }
 
+void ScriptedUserInterface::warning_list(const std::string& /*title*/, const std::vector<std::string>& items) {
+  for (const std::string& item : items) record("AVISO: " + item);
+}
+
 void ScriptedUserInterface::information(const std::string& text) { record("INFO: " + text); }
 
 bool ScriptedUserInterface::ask_yes_no(const std::string& text, QuestionIcon /*icon*/) {

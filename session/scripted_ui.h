@@ -3,7 +3,7 @@
 // Tests and batch runs drive the session with it: questions are answered from
 // a queue (or a default answer), dialogs return queued paths, and every
 // message is recorded in order as one line ("AVISO: ...", "PREGUNTA: ... -> Sí",
-// "INFO: ..."), the form batch mode prints.
+// "INFO: ...", "ESPERA: ..."), the form batch mode prints.
 #pragma once
 
 #include <deque>
@@ -42,6 +42,10 @@ class ScriptedUserInterface : public UserInterface {
   std::function<void(const std::string&)> on_line;
 
   void warning(const std::string& text) override;
+  // Each item is its own line "AVISO: item" (the title is the window's only).
+  void warning_list(const std::string& title, const std::vector<std::string>& items) override;
+  // Logged as "ESPERA: text".
+  void waiting(const std::string& text) override { record("ESPERA: " + text); }
   bool ask_yes_no(const std::string& text, QuestionIcon icon) override;
   void information(const std::string& text) override;
   std::string open_file(const std::string& title, const std::string& filter) override;

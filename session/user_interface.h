@@ -20,6 +20,19 @@ class UserInterface {
   // A warning box (exclamation icon, OK button).
   virtual void warning(const std::string& text) = 0;
 
+  // One warning box listing `items` under `title` (what a run skipped or
+  // refused, shown once at its end). By default the items are lines of one
+  // warning text.
+  virtual void warning_list(const std::string& title, const std::vector<std::string>& items) {
+    std::string text = title;
+    for (const std::string& item : items) text += "\r\n- " + item;
+    warning(text);
+  }
+
+  // A passing notice that needs no answer (the window's status line): the
+  // program is waiting for a file another program holds.
+  virtual void waiting(const std::string& text) = 0;
+
   // A Yes/No box; true on Yes.
   virtual bool ask_yes_no(const std::string& text, QuestionIcon icon) = 0;
 

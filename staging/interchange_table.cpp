@@ -53,7 +53,7 @@ bool ReadBytes(const std::filesystem::path& file, std::string* bytes) {
 }
 
 // The table's columns and where their values are, from the layout and the
-// header line (when there is one). Adds warnings for columns the two disagree on.
+// header line (when there is one). Adds notes for columns the two disagree on.
 std::vector<ColumnPlan> PlanColumns(const settings::DataFileLayout& layout,
                                     const std::vector<std::string_view>* header,
                                     const std::string& file_name, std::vector<std::string>& warnings) {
@@ -159,7 +159,7 @@ DataFileLoad LoadDataFile(db::SqliteConnection& connection, const std::filesyste
     }
   }
   std::vector<ColumnPlan> plan =
-      PlanColumns(layout, layout.header && has_records ? &header_views : nullptr, name, result.warnings);
+      PlanColumns(layout, layout.header && has_records ? &header_views : nullptr, name, result.notes);
   if (plan.empty()) {
     result.error = "El archivo " + name + " no tiene columnas";
     return result;
@@ -167,13 +167,17 @@ DataFileLoad LoadDataFile(db::SqliteConnection& connection, const std::filesyste
 
   std::string create = "DROP TABLE IF EXISTS temp." + QuoteIdentifier(layout.table) + "; CREATE TEMP TABLE " +
                        QuoteIdentifier(layout.table) + " (";
-  std::string insert = "INSERT INTO temp." + QuoteIdentifier(layout.table) + " VALUES (";
+  // The rowid is the line the record starts on, so that a row the staging
+  // tables refuse can be told by its line (staging/key_check.h).
+  std::string insert = "INSERT INTO temp." + QuoteIdentifier(layout.table) + " (rowid";
+  std::string placeholders = "?";
   for (std::size_t i = 0; i < plan.size(); ++i) {
     create += (i ? ", " : "") + QuoteIdentifier(plan[i].column.name) + " " + SqlType(plan[i].column.type);
-    insert += i ? ", ?" : "?";
+    insert += ", " + QuoteIdentifier(plan[i].column.name);
+    placeholders += ", ?";
   }
   create += ")";
-  insert += ")";
+  insert += ") VALUES (" + placeholders + ")";
   try {
     // Through the connection, so that it forgets translations that knew an
     // earlier table of this name (and starts a transaction it was asked for).
@@ -211,8 +215,9 @@ DataFileLoad LoadDataFile(db::SqliteConnection& connection, const std::filesyste
       if (fields.size() < declared_fields && short_records++ == 0) first_short = reader.line();
       if (fields.size() > declared_fields && long_records++ == 0) first_long = reader.line();
     }
+    sqlite3_bind_int64(stmt, 1, static_cast<sqlite3_int64>(reader.line()));
     for (std::size_t c = 0; c < plan.size(); ++c) {
-      int bind = static_cast<int>(c) + 1;
+      int bind = static_cast<int>(c) + 2;
       const ColumnPlan& p = plan[c];
       FieldValue& v = values[c];
       std::string_view field;

@@ -16,6 +16,11 @@
 // the file lacks is all Null, a file column the layout does not declare is
 // left out. With a header and no Columna lines, the header names every column
 // and all are text.
+//
+// Lines: a row's rowid is the line of the file its record starts on (counted
+// from 1, header and skipped lines included); the staging load names refused
+// rows by it (staging/key_check.h). Any other kind of table put in this one's
+// place must keep that.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +41,8 @@ struct DataFileLoad {
   bool ok = false;              // the table exists and holds the file's rows
   std::int64_t rows = 0;        // rows inserted
   std::int64_t bad_values = 0;  // fields that did not convert (stored as Null)
-  std::vector<std::string> warnings;  // Spanish, naming the file and lines
+  std::vector<std::string> warnings;  // Spanish, naming the file and lines: data that did not arrive as written
+  std::vector<std::string> notes;     // Spanish: columns the file lacks or the layout does not use (nothing lost)
   std::string error;            // Spanish, when !ok
 };
 

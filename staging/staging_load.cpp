@@ -3,6 +3,7 @@
 
 #include <sqlite3.h>
 
+#include <cctype>
 #include <stdexcept>
 
 #include "db/error.h"
@@ -12,6 +13,7 @@
 #include "settings/statement_file.h"
 #include "settings/strings.h"
 #include "staging/interchange_table.h"
+#include "staging/key_check.h"
 
 namespace staging {
 
@@ -87,9 +89,24 @@ std::vector<std::string> StagingTables(db::Connection& connection) {
   return tables;
 }
 
+// The staging database's own list of the tables that are not source data
+// (TablasPropias), comma-joined; kKeptByDefault when it has none.
+std::string OwnTables(db::Connection& connection, const std::vector<std::string>& tables) {
+  bool listed = false;
+  for (const auto& t : tables) listed = listed || settings::IEquals(t, kOwnTablesTable);
+  if (!listed) return kKeptByDefault;
+  std::string list;
+  db::Recordset rs = connection.open_recordset(std::string("Select Tabla From ") + kOwnTablesTable);
+  for (; !rs.eof(); rs.move_next()) list += "," + settings::Trim(db::as_text(rs.field(std::size_t{0})));
+  return list;
+}
+
 void EmptyStagingTables(StagingLoad& load) {
-  for (const std::string& table : StagingTables(*load.staging)) {
-    if (IsKeptTable(load.TablaNoBorrar, table)) continue;
+  const std::vector<std::string> tables = StagingTables(*load.staging);
+  const std::string kept = load.TablaNoBorrar + "," + OwnTables(*load.staging, tables) + "," + kOwnTablesTable +
+                           "," + kPreparedForTable;
+  for (const std::string& table : tables) {
+    if (IsKeptTable(kept, table)) continue;
     load.staging->execute("Delete * From " + table);
     Progress(load, -1);
   }
@@ -116,6 +133,108 @@ std::vector<std::string> InPaths(const std::string& sql) {
   return paths;
 }
 
+// The entry's name, without its option number.
+std::string EntryName(const ClaArchBD& entry) { return entry.Codigo.substr(0, entry.Codigo.rfind('*')); }
+
+// The file an entry reads, as the user knows it: the data file's name, or
+// the source database's.
+std::string SourceName(const ClaArchBD& entry) {
+  return entry.Ruta.empty() ? EntryName(entry) : std::filesystem::path(entry.Ruta).filename().string();
+}
+
+// True when the entry's source was found and its option lets it load (the
+// option-5 gate); never throws.
+bool Wanted(const StagingLoad& load, const ClaArchBD& entry) {
+  const int n = entry.option();
+  if (n < 1 || n > static_cast<int>(load.ChkOP.size())) return false;
+  return entry.Existe && (load.ChkOP[static_cast<std::size_t>(n - 1)] || n != 5);
+}
+
+bool HasStatementFile(const StagingLoad& load, const ClaArchBD& entry) {
+  std::error_code ec;
+  return std::filesystem::is_regular_file(settings::ProgramPath(load.program_folder, entry.ArchConf), ec);
+}
+
+// Why a load has nothing to do, or "" when some entry can load.
+std::string NothingToLoad(const StagingLoad& load) {
+  if (!load.catalogue || load.catalogue->size() == 0) {
+    return "El formato elegido no tiene archivos ni tablas de origen (revise ConfIMP.ini y el archivo del "
+           "formato): no se cargó nada y la base auxiliar quedó como estaba";
+  }
+  bool wanted = false;
+  for (const ClaArchBD& entry : *load.catalogue) {
+    if (!Wanted(load, entry)) continue;
+    wanted = true;
+    if (HasStatementFile(load, entry)) return {};
+  }
+  if (!wanted) {
+    return "No se encontró en el origen ningún archivo o tabla del formato elegido: no se cargó nada y la base "
+           "auxiliar quedó como estaba";
+  }
+  return "Falta el archivo de sentencias de todas las entradas encontradas: no se cargó nada y la base auxiliar "
+         "quedó como estaba";
+}
+
+// The keyed staging table a statement inserts into, with the interchange
+// table's column of the key's name; all empty when the statement inserts into
+// no keyed table or the interchange table has no such column.
+struct KeyTarget {
+  std::string table;  // the staging table
+  std::string key;    // its key column
+  std::string icol;   // the interchange table's column of that name
+};
+
+KeyTarget FindKeyTarget(sqlite3* db, const std::string& statement, const std::string& data_table) {
+  KeyTarget t;
+  t.table = InsertTarget(statement);
+  if (t.table.empty()) return {};
+  t.key = KeyColumn(db, t.table);
+  if (t.key.empty()) return {};
+  t.icol = InterchangeColumn(db, data_table, t.key);
+  if (t.icol.empty()) return {};
+  return t;
+}
+
+// The staging table and key column of a key violation, from the engine's own
+// text ("UNIQUE constraint failed: Personas.id_Persona"), which every message
+// keeps after its Spanish part.
+bool KeyViolation(const std::string& message, std::string* table, std::string* column) {
+  for (const char* marker : {"UNIQUE constraint failed: ", "PRIMARY KEY constraint failed: "}) {
+    std::size_t at = message.find(marker);
+    if (at == std::string::npos) continue;
+    at += std::string(marker).size();
+    std::size_t end = at;
+    while (end < message.size() && (std::isalnum(static_cast<unsigned char>(message[end])) || message[end] == '_' ||
+                                    message[end] == '.'))
+      ++end;
+    const std::string name = message.substr(at, end - at);
+    const std::size_t dot = name.find('.');
+    if (dot == std::string::npos) return false;
+    *table = name.substr(0, dot);
+    *column = name.substr(dot + 1);
+    return true;
+  }
+  return false;
+}
+
+// Sets `rows` aside for `table` and says so; false (with a warning) when
+// they could not be, in which case the caller refuses the table.
+bool SetAside(StagingLoad& load, sqlite3* db, const std::string& data_table, const std::string& file_name,
+              const std::string& table, const std::vector<BadRow>& rows) {
+  std::filesystem::path file;
+  std::string error;
+  if (!SetRowsAside(db, data_table, rows, load.rejects_folder, table, &file, &error)) {
+    load.warnings.push_back(file_name + ": " + error);
+    return false;
+  }
+  load.stats.rows_set_aside += static_cast<std::int64_t>(rows.size());
+  load.warnings.push_back(file_name + ": " + std::to_string(rows.size()) +
+                          (rows.size() == 1 ? " fila apartada" : " filas apartadas") + " en " + file.string() +
+                          " (" + rows.front().reason + (rows.size() > 1 ? ", ..." : "") +
+                          "); el resto de la tabla " + table + " se cargó");
+  return true;
+}
+
 // Loads one catalogue entry. `ignoring` is the load's error mode: false until
 // the first statement of the whole load is about to run.
 void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
@@ -126,12 +245,15 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
     throw std::out_of_range("La entrada " + entry.Codigo + " del formato tiene el número de opción " +
                             std::to_string(n) + ", fuera de las opciones 1 a 5");
   }
-  const bool box = load.ChkOP[static_cast<std::size_t>(n - 1)];
-  if (!(entry.Existe && (box || n != 5))) return;
+  if (!Wanted(load, entry)) return;
 
   const std::filesystem::path path = settings::ProgramPath(load.program_folder, entry.ArchConf);
-  std::error_code ec;
-  if (!std::filesystem::is_regular_file(path, ec)) return;
+  if (!HasStatementFile(load, entry)) {
+    ++load.stats.entries_skipped;
+    load.warnings.push_back(SourceName(entry) + ": no se cargó porque falta el archivo de sentencias " +
+                            settings::NormaliseRelativeName(entry.ArchConf) + " del formato");
+    return;
+  }
 
   settings::StatementFile file;
   TemplateValues values = load.values;
@@ -140,7 +262,11 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
   Progress(load, -1);
 
   const std::string file_name = settings::NormaliseRelativeName(entry.ArchConf);
-  if (!file.load(path)) load.warnings.push_back(file.error());
+  if (!file.load(path)) {
+    ++load.stats.entries_skipped;
+    load.warnings.push_back(SourceName(entry) + ": no se cargó: " + file.error());
+    return;
+  }
   for (const auto& w : file.warnings()) load.warnings.push_back(file_name + ": " + w);
   if (entry.TipoAR) file.set_data_file(entry.Ruta);
   if (file.statement_count() == 0) return;
@@ -183,21 +309,62 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
       load.stats.data_rows += data.rows;
       load.stats.bad_values += data.bad_values;
       for (auto& w : data.warnings) load.warnings.push_back(std::move(w));
-      if (data.ok) data_table = file.layout()->table;
-      else load.warnings.push_back(data.error);
+      for (auto& w : data.notes) load.notes.push_back(std::move(w));
+      if (data.ok) {
+        data_table = file.layout()->table;
+      } else {
+        // Its statements would only fail on the missing table: the entry is
+        // skipped, with the data file's own reason.
+        ++load.stats.entries_skipped;
+        load.warnings.push_back(data.error + "; no se cargó " + SourceName(entry));
+        texts.clear();
+      }
     }
   }
+  const std::string source_name = SourceName(entry);
 
   ignoring = true;  // from here to the end of the load every error is ignored
   int reported = 0;
   for (std::size_t i = 0; i < texts.size(); ++i) {
+    // An empty key would get a number made up by the engine: such rows are
+    // refused before the statement runs.
+    if (!data_table.empty()) {
+      const KeyTarget target = FindKeyTarget(sqlite->handle(), texts[i], data_table);
+      if (!target.icol.empty()) {
+        const std::vector<BadRow> empty = EmptyKeyRows(sqlite->handle(), data_table, target.icol);
+        if (!empty.empty() && !(load.set_aside_bad_rows &&
+                                SetAside(load, sqlite->handle(), data_table, source_name, target.table, empty))) {
+          ++load.stats.statements_failed;
+          load.warnings.push_back(RefusedTableMessage(
+              source_name, target.table, DescribeKeyLines(sqlite->handle(), data_table, target.icol, empty)));
+          continue;
+        }
+      }
+    }
     try {
-      load.staging->execute(texts[i]);
+      try {
+        load.staging->execute(texts[i]);
+      } catch (const std::exception& e) {
+        std::string table, column;
+        if (data_table.empty() || !KeyViolation(e.what(), &table, &column)) throw;
+        const std::string icol = InterchangeColumn(sqlite->handle(), data_table, column);
+        if (icol.empty()) throw;
+        const std::vector<BadRow> conflicts = KeyConflictRows(sqlite->handle(), data_table, icol, table, column);
+        if (conflicts.empty()) throw;
+        if (!load.set_aside_bad_rows || !SetAside(load, sqlite->handle(), data_table, source_name, table, conflicts)) {
+          ++load.stats.statements_failed;
+          load.warnings.push_back(RefusedTableMessage(
+              source_name, table, DescribeKeyLines(sqlite->handle(), data_table, icol, conflicts)));
+          continue;
+        }
+        load.staging->execute(texts[i]);  // the rest of the table
+      }
       ++load.stats.statements_run;
     } catch (const std::exception& e) {
       ++load.stats.statements_failed;
       if (reported++ < kStatementWarningsPerEntry) {
-        load.warnings.push_back(file_name + ", sentencia " + std::to_string(i + 1) + ": " + e.what());
+        load.warnings.push_back(file_name + ", sentencia " + std::to_string(i + 1) + " (" + source_name +
+                                "): " + e.what());
       }
       // A few errors (disk full, interrupted) end the whole transaction in
       // SQLite; the entry's next statements then get one of their own.
@@ -229,6 +396,14 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
   }
 }
 
+// Rejected rows of an earlier load describe data that is no longer staged.
+void ClearRejects(const std::filesystem::path& folder) {
+  std::error_code ec;
+  for (const auto& e : std::filesystem::directory_iterator(folder, ec)) {
+    if (e.path().extension() == ".csv") std::filesystem::remove(e.path(), ec);
+  }
+}
+
 }  // namespace
 
 bool IsKeptTable(const std::string& tabla_no_borrar, const std::string& table) {
@@ -238,14 +413,26 @@ bool IsKeptTable(const std::string& tabla_no_borrar, const std::string& table) {
 void CargarDatos(StagingLoad& load) {
   if (!load.staging || load.staging->state() != 1) return;
   load.warnings.clear();
+  load.notes.clear();
   load.stats = {};
   LoadTuning tuning(load.staging);
   Progress(load, static_cast<float>(80.0 / (static_cast<double>(load.total_lines) + 40.0)));
   if (load.hide_lblDatosCP) load.hide_lblDatosCP();
-  EmptyStagingTables(load);
+  const std::string nothing = NothingToLoad(load);
+  if (nothing.empty()) {
+    EmptyStagingTables(load);
+    load.stats.emptied = true;
+    if (load.set_aside_bad_rows && !load.rejects_folder.empty()) ClearRejects(load.rejects_folder);
+  }
 
   bool ignoring = false;
-  if (load.catalogue) {
+  if (!nothing.empty()) {
+    // Found entries without their statement file are listed one by one.
+    if (load.catalogue)
+      for (ClaArchBD& entry : *load.catalogue)
+        if (Wanted(load, entry)) LoadEntry(load, entry, ignoring);
+    load.warnings.push_back(nothing);
+  } else if (load.catalogue) {
     for (ClaArchBD& entry : *load.catalogue) {
       try {
         LoadEntry(load, entry, ignoring);

@@ -15,6 +15,27 @@
 // (Spanish) for the caller to show or write to its report, since a wrong
 // format otherwise shows only as missing data.
 //
+// Nothing is lost without a word: an entry that is skipped (its statement
+// file is missing or unreadable, its data file cannot be read), a statement
+// the database refuses and a row set aside are each one line of `warnings`,
+// naming the file and the reason in Spanish, for the caller to show at the end
+// of the load.
+//
+// Kept tables: besides the format's TablaNoBorrar, the load never empties the
+// tables the staging database itself lists as not being source data (its
+// table TablasPropias: the user's mappings and the template's own catalogues),
+// nor, in a staging database made before that list existed, kKeptByDefault.
+// A load that has nothing to load (no catalogue entries, or no found entry
+// whose statement file exists) empties nothing either.
+//
+// Keys: before an interchange entry's statement inserts into a table with a
+// key, the rows whose key is empty are found by their line; when the table
+// refuses the insert over its key, the rows that repeat a key are found the
+// same way (staging/key_check.h). By default such a table is not loaded and
+// the message names the table, the file, the keys and the lines; with
+// set_aside_bad_rows those rows go to <rejects_folder>/<table>.csv and the
+// rest of the table loads.
+//
 // Speed: on a SQLite staging connection each entry runs in one transaction
 // (its data-file rows and its statements). The databases the entry's
 // statements name with `in '<path>'` are attached before the transaction
@@ -41,7 +62,20 @@ struct StagingLoadStats {
   int statements_failed = 0;      // statements refused (and ignored)
   std::int64_t data_rows = 0;     // rows read from interchange data files
   std::int64_t bad_values = 0;    // data-file fields that did not convert
+  int entries_skipped = 0;        // found entries that were not loaded (and why is in warnings)
+  std::int64_t rows_set_aside = 0;  // rows written to the rejects folder
+  bool emptied = false;           // the staging tables were emptied (there was something to load)
 };
+
+// The tables a load keeps in a staging database that does not list its own
+// (TablasPropias): the mapping tables and the template's catalogues.
+inline constexpr const char* kKeptByDefault = "RelacConc,RelacTLiq,TiposRemuneracion,CobraPor";
+
+// The staging table that lists the tables that are not source data, and the
+// one that records which company file the staging database was prepared for;
+// both are always kept.
+inline constexpr const char* kOwnTablesTable = "TablasPropias";
+inline constexpr const char* kPreparedForTable = "PasajeEmpresa";
 
 struct StagingLoad {
   db::Connection* staging = nullptr;          // the staging connection; closed or null: nothing happens
@@ -55,10 +89,15 @@ struct StagingLoad {
   std::function<void()> hide_lblDatosCP;      // step 3
   std::function<void()> ActuGrillas;          // step 6 (preview refresh; may be empty)
   std::function<void()> CargarMes;            // step 8
+  bool set_aside_bad_rows = false;            // rows a key refuses go to rejects_folder instead of refusing the table
+  std::filesystem::path rejects_folder;       // <staging folder>/rechazados
 
   // Filled by CargarDatos (cleared at its start): what was ignored, in Spanish
   // (statement errors, data-file problems, statement-file problems), and counts.
   std::vector<std::string> warnings;
+  // What the user may like to know but lost nothing (a column the file leaves
+  // out and the format allows to, a column the format does not use).
+  std::vector<std::string> notes;
   StagingLoadStats stats;
 };
 
@@ -66,13 +105,15 @@ struct StagingLoad {
 //   1. staging connection closed (or null): return, nothing changes;
 //   2. ActuBarra(80 / (total_lines + 40));
 //   3. hide_lblDatosCP;
-//   4. every table of the staging catalogue (SQLite: sqlite_master rows of
-//      type table, in their order, without SQLite's own sqlite_* tables) whose
-//      name is not in TablaNoBorrar (commas as delimiters, any case) is emptied
-//      with "Delete * From <table>", then ActuBarra(-1);
+//   4. when some entry is to be loaded: every table of the staging catalogue
+//      (SQLite: sqlite_master rows of type table, in their order, without
+//      SQLite's own sqlite_* tables) that is not kept (TablaNoBorrar, commas
+//      as delimiters, any case; the staging database's own list) is emptied
+//      with "Delete * From <table>", then ActuBarra(-1); otherwise nothing is
+//      emptied and a warning says why;
 //   5. each catalogue entry in order: option n from Codigo; taken when Existe
 //      and (ChkOP[n - 1] or n != 5); its statement file must exist in the
-//      program folder (else skipped silently); ActuBarra(-1); the file is
+//      program folder (else skipped with a warning); ActuBarra(-1); the file is
 //      loaded, the data file read when the entry is an interchange file with a
 //      layout, and each statement expanded and run, errors ignored;
 //   6. ActuGrillas; 7. ActuBarra(100), ActuBarra(-2); 8. CargarMes.

@@ -131,9 +131,11 @@ TEST_F(BatchRun, AnswersDecideTheExitStatus) {
 // A run that transfers nothing, or whose step fails, is never a success.
 TEST_F(BatchRun, NothingTickedOrAFailingStepIsNotASuccess) {
   const std::string success = "Importación Satisfactoria!!";
+  // With no group ticked nothing is looked for, so nothing is staged and the
+  // run stops before the transfer.
   BatchResult none = run({"--yes", "--groups", "", demo_line()});
-  EXPECT_EQ(none.status, 1) << none.out;
-  EXPECT_TRUE(none.has("ERROR: No hay ningún grupo marcado para importar; no se transfiere nada\n")) << none.out;
+  EXPECT_EQ(none.status, 2) << none.out;
+  EXPECT_TRUE(none.has("ERROR: La carga de la base auxiliar no cargó nada; no se importa nada\n")) << none.out;
   EXPECT_FALSE(none.has(success));
   EXPECT_FALSE(none.has("TRANSFERIDO:"));
 

@@ -3,6 +3,7 @@
 // missing source folder. (An error that escapes the staging load is tested
 // through the batch run in tests/app.)
 #include "controller_fixture.h"
+#include "db/file_kind.h"
 
 namespace {
 
@@ -21,8 +22,16 @@ TEST(ControllerStaging, StagingFileIsNamedAfterTheCompanyFolderAndKept) {
   }
   {
     // The second company of a same-named folder shares the staging file, with
-    // what the first one left there.
+    // what the first one left there, once the user agrees.
+    s.ui.answers = {true};
     auto c = s.start(second.string());
+    ASSERT_EQ(s.ui.log.size(), 1u);
+    EXPECT_EQ(s.ui.log[0].rfind("PREGUNTA: La base auxiliar " + s.staging_db.string() + " fue preparada para la empresa " +
+                                    s.company.string() + "\r\ny ahora se abre para " + second.string(),
+                                0),
+              0u)
+        << s.ui.log[0];
+    EXPECT_EQ(s.ui.log[0].substr(s.ui.log[0].size() - 6), "-> Sí");
     EXPECT_EQ(c->staging_folder(), s.prog / "E001");
     EXPECT_EQ(s.staged("SELECT CodKEL FROM RelacConc WHERE CodOS = 5"), "17");
     // A Windows-style folder name keeps only its last part.
@@ -31,7 +40,7 @@ TEST(ControllerStaging, StagingFileIsNamedAfterTheCompanyFolderAndKept) {
     EXPECT_TRUE(std::filesystem::exists(s.prog / "E002" / "Pasaje.mdb"));
     EXPECT_FALSE(std::filesystem::exists(s.prog / "E002" / "Pasaje.mdb.copiando"));
   }
-  EXPECT_TRUE(s.ui.log.empty());
+  s.ui.log.clear();
 
   // Without the template, even an existing staging file is not used.
   std::filesystem::remove(s.prog / "Generica" / "Pasaje.mdb");
@@ -50,10 +59,11 @@ TEST(ControllerStaging, DestinationThatIsNotADatabaseIsReported) {
   kel_test::write_file(bad, "esto no es una base de datos, es texto");
   auto c = s.start(bad.string());
   ASSERT_FALSE(s.ui.log.empty());
-  EXPECT_EQ(s.ui.log.front().rfind("AVISO: Error al abrir la base ubicada en " + bad.string(), 0), 0u)
-      << s.ui.log.front();
+  EXPECT_EQ(s.ui.log.front(), "AVISO: " + db::file_kind_message(db::FileKind::kOther, bad.string()));
   EXPECT_FALSE(c->destination->is_open());
-  EXPECT_EQ(c->staging_folder(), s.prog / "E009");  // still prepared for the company folder
+  // Nothing is prepared for a file that is not a company.
+  EXPECT_EQ(c->staging_folder(), std::filesystem::path());
+  EXPECT_FALSE(std::filesystem::exists(s.prog / "E009"));
 }
 
 TEST(ControllerStaging, BrowsingTheSourceFolder) {

@@ -44,8 +44,8 @@ TEST_F(InterchangeTable, HeaderPlacesDeclaredColumnsAndConvertsTypes) {
   EXPECT_EQ(load.rows, 4);
   EXPECT_EQ(load.bad_values, 3);  // 31/02, abc, tres
   EXPECT_TRUE(Contains(load.warnings, "p.csv, línea 3, columna Nacido: '31/02/1980' no es una fecha dd/MM/yyyy"));
-  EXPECT_TRUE(Contains(load.warnings, "no trae las columnas Falta"));
-  EXPECT_TRUE(Contains(load.warnings, "se ignoran las columnas Extra"));
+  EXPECT_TRUE(Contains(load.notes, "no trae las columnas Falta"));
+  EXPECT_TRUE(Contains(load.notes, "se ignoran las columnas Extra"));
   auto& c = *connection_;
   EXPECT_EQ(QueryText(c, "SELECT Nombre || '|' || Nacido || '|' || Sueldo || '|' || typeof(id) FROM Imp_Personas WHERE id = 1"),
             "Pérez; Ana|1980-12-31|1500.5|integer");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <stdexcept>
 
 #include "db/error.h"
@@ -83,6 +84,7 @@ const std::string kCopyEmp = "Insert into Personas (id_Persona, Nombre) Select i
 }  // namespace
 
 TEST_F(CargarDatosTest, KeepsOnlyTheListedTablesAndLeavesViewsAndEngineTablesAlone) {
+  AddEntry("Vacio", 1, "sql/vacio.sql", "-- nada que cargar\n");
   load_.TablaNoBorrar = "relacconc,RELACTLIQ";
   CargarDatos(load_);
   auto& c = *connection_;
@@ -93,16 +95,32 @@ TEST_F(CargarDatosTest, KeepsOnlyTheListedTablesAndLeavesViewsAndEngineTablesAlo
   EXPECT_EQ(QueryCount(c, "Personas"), 0);
   EXPECT_EQ(QueryCount(c, "Contador"), 0);
   EXPECT_EQ(QueryCount(c, "sqlite_sequence"), 1);  // the engine's own table is not the format's
-  // One step per emptied table (Conceptos, Conceptos2, Personas, Contador), none for the kept ones.
-  EXPECT_EQ(CountCalls("barra -1.000000"), 4);
+  // One step per emptied table (Conceptos, Conceptos2, Personas, Contador),
+  // none for the kept ones, and one for the entry.
+  EXPECT_EQ(CountCalls("barra -1.000000"), 5);
 
-  // The commas delimit whole names: Conceptos2 does not keep Conceptos.
+  // The commas delimit whole names: Conceptos2 does not keep Conceptos. A
+  // staging database without its own list keeps the mappings anyway.
   c.execute_native("INSERT INTO Conceptos VALUES (1); INSERT INTO Conceptos2 VALUES (1);");
-  load_.TablaNoBorrar = "Conceptos2,RelacConc";
+  load_.TablaNoBorrar = "Conceptos2";
   CargarDatos(load_);
   EXPECT_EQ(QueryCount(c, "Conceptos"), 0);
   EXPECT_EQ(QueryCount(c, "Conceptos2"), 1);
+  EXPECT_EQ(QueryCount(c, "RelacConc"), 1);
+  EXPECT_EQ(QueryCount(c, "RelacTLiq"), 1);
+
+  // With its own list, the staging database's list is kept (and the list
+  // itself), whatever the format says.
+  c.execute_native(
+      "CREATE TABLE TablasPropias (Tabla TEXT); INSERT INTO TablasPropias VALUES ('Conceptos'), ('RelacConc');"
+      "INSERT INTO Conceptos VALUES (1);");
+  load_.TablaNoBorrar = "";
+  CargarDatos(load_);
+  EXPECT_EQ(QueryCount(c, "Conceptos"), 1);
+  EXPECT_EQ(QueryCount(c, "Conceptos2"), 0);
+  EXPECT_EQ(QueryCount(c, "RelacConc"), 1);
   EXPECT_EQ(QueryCount(c, "RelacTLiq"), 0);
+  EXPECT_EQ(QueryCount(c, "TablasPropias"), 2);
 
   EXPECT_TRUE(staging::IsKeptTable("A,Conceptos", "conceptos"));
   EXPECT_FALSE(staging::IsKeptTable("A, Conceptos", "Conceptos"));  // blanks are part of the names
@@ -239,4 +257,92 @@ TEST_F(CargarDatosTest, InterchangeEntriesReadTheirDataFile) {
   EXPECT_TRUE(Contains(load_.warnings, "otra.csv"));
   // The load table does not outlive its entry.
   EXPECT_EQ(QueryText(*connection_, "SELECT count(*) FROM temp.sqlite_master WHERE name = 'Imp_P'"), "0");
+}
+
+namespace {
+
+// A Personas data file with its statement file, loaded as one interchange
+// entry (line numbers in messages count the header as line 1).
+void AddPersonasFile(TempDir& dir, staging::ColArchsBD& catalogue, const std::string& data) {
+  dir.write("datos/Personas.csv", data);
+  dir.write("csv/personas.sql",
+            "Insert into Personas (id_Persona, Nombre) Select id_Persona, Nombre From Imp_Personas;\n"
+            "@ARCHIVO\nTabla=Imp_Personas\nEncabezado=Si\nColumna=id_Persona:entero\nColumna=Nombre\n");
+  ClaArchBD e;
+  e.Codigo = "Personas*3";
+  e.ArchConf = "csv\\personas.sql";
+  e.Existe = true;
+  e.TipoAR = true;
+  e.Ruta = (dir / "datos/Personas.csv").string();
+  catalogue.add(e);
+}
+
+}  // namespace
+
+TEST_F(CargarDatosTest, NothingToLoadEmptiesNothing) {
+  struct Case {
+    const char* what;
+    std::function<void()> arrange;
+    std::vector<std::string> warnings;
+  };
+  const std::string kept = "la base auxiliar quedó como estaba";
+  const std::vector<Case> cases = {
+      {"sin entradas", [] {},
+       {"El formato elegido no tiene archivos ni tablas de origen (revise ConfIMP.ini y el archivo del formato): no se "
+        "cargó nada y " + kept}},
+      {"nada encontrado", [this] { AddEntry("Emp", 3, "sql/emp.sql", kCopyEmp, /*found=*/false); },
+       {"No se encontró en el origen ningún archivo o tabla del formato elegido: no se cargó nada y " + kept}},
+      {"sin archivo de sentencias", [this] { AddEntry("Emp", 3, "sql/falta.sql", ""); },
+       {"Origen.mdb: no se cargó porque falta el archivo de sentencias sql/falta.sql del formato",
+        "Falta el archivo de sentencias de todas las entradas encontradas: no se cargó nada y " + kept}},
+  };
+  for (const Case& c : cases) {
+    catalogue_.clear();
+    c.arrange();
+    CargarDatos(load_);
+    EXPECT_EQ(load_.warnings, c.warnings) << c.what;
+    EXPECT_FALSE(load_.stats.emptied) << c.what;
+    EXPECT_EQ(QueryCount(*connection_, "Personas"), 1) << c.what;  // the earlier load's row
+    EXPECT_EQ(QueryCount(*connection_, "Conceptos"), 1) << c.what;
+  }
+}
+
+TEST_F(CargarDatosTest, RowsTheKeyRefusesAreToldByLineOrSetAside) {
+  struct Case {
+    const char* what;
+    std::string data;
+    bool set_aside;
+    std::string staged;               // group_concat of the staged ids
+    std::string warning;              // the one warning
+    std::string rejects;              // rechazados/Personas.csv ("" = none)
+  };
+  const std::string header = "id_Persona;Nombre\n";
+  const std::string rejects_file = (dir_ / "rechazados" / "Personas.csv").string();
+  const std::vector<Case> cases = {
+      {"clave vacía", header + "1;Ana\n;Sin id\n2;Luis\n;\n", false, "",
+       "Personas.csv: la tabla Personas no se cargó: id_Persona vacío en las líneas 3 y 5", ""},
+      {"clave repetida", header + "1;Ana\n2;Luis\n1;Otra Ana\n3;Eva\n2;Otro\n2;Tercero\n", false, "",
+       "Personas.csv: la tabla Personas no se cargó: id_Persona 1 repetido en las líneas 2 y 4; "
+       "id_Persona 2 repetido en las líneas 3, 6 y 7",
+       ""},
+      {"vacía, apartada", header + "1;Ana\n;Sin id\n2;Luis\n", true, "1,2",
+       "Personas.csv: 1 fila apartada en " + rejects_file + " (id_Persona vacío); el resto de la tabla Personas se cargó",
+       "Linea;Motivo;id_Persona;Nombre\r\n3;id_Persona vacío;;Sin id\r\n"},
+      {"repetida, apartada", header + "1;Ana\n2;Luis\n1;\"Otra; Ana\"\n", true, "1,2",
+       "Personas.csv: 1 fila apartada en " + rejects_file +
+           " (id_Persona 1 repetido); el resto de la tabla Personas se cargó",
+       "Linea;Motivo;id_Persona;Nombre\r\n4;id_Persona 1 repetido;1;\"Otra; Ana\"\r\n"},
+  };
+  for (const Case& c : cases) {
+    catalogue_.clear();
+    std::filesystem::remove_all(dir_ / "rechazados");
+    AddPersonasFile(dir_, catalogue_, c.data);
+    load_.set_aside_bad_rows = c.set_aside;
+    load_.rejects_folder = dir_ / "rechazados";
+    CargarDatos(load_);
+    EXPECT_EQ(load_.warnings, std::vector<std::string>{c.warning}) << c.what;
+    EXPECT_EQ(QueryText(*connection_, "SELECT group_concat(id_Persona) FROM Personas"), c.staged) << c.what;
+    EXPECT_EQ(std::filesystem::exists(rejects_file) ? TempDir::read(rejects_file) : "", c.rejects) << c.what;
+    EXPECT_EQ(load_.stats.rows_set_aside, c.rejects.empty() ? 0 : 1) << c.what;
+  }
 }

@@ -87,9 +87,9 @@ TEST(FormatRules, AutomaticLinksRespectTheUsersMappings) {
   EXPECT_EQ(Query(c, links), "10>30 11>99 13>4");
   EXPECT_EQ(Query(c, "SELECT count(*) FROM Conceptos"), "4");
   // Only the columns the file leaves out are mentioned.
-  ASSERT_EQ(run.load.warnings.size(), 1u);
-  EXPECT_EQ(run.load.warnings[0].rfind("Conceptos.csv: el archivo no trae las columnas NombreReducido, ", 0), 0u)
-      << run.load.warnings[0];
+  ASSERT_EQ(run.load.notes.size(), 1u);
+  EXPECT_EQ(run.load.notes[0].rfind("Conceptos.csv: el archivo no trae las columnas NombreReducido, ", 0), 0u)
+      << run.load.notes[0];
 
   // A reload keeps the mappings (RelacConc is never emptied) and adds no duplicates.
   staging::CargarDatos(run.load);

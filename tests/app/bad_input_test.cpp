@@ -1,0 +1,363 @@
+// Tests `kelimport --batch` over bad inputs: for each, the exit status, the
+// exact Spanish lines printed, and that the staging database's mappings, its
+// previous data and the KEL company are left alone where they must be.
+//
+// Every case starts from a small program folder (the executable, the shipped
+// formats, the template), a copy of the demo's empty KEL company and a
+// two-file CSV source, after one good run that staged it and a mapping the
+// user made; then the case breaks one thing and runs again.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "run_program.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing_app::RunResult;
+
+const std::string kEmpresaCsv = "IdEmpresa;Nombre;RazonSocial\n1;DEMO S.A.;DEMO S.A.\n";
+const std::string kPersonasCsv = "id_Persona;Nombre_1;Apellido_1\n1;Ana;Pérez\n2;Luis;Gómez\n3;Eva;Ruiz\n";
+
+// A native query's first value as text ("" for none or an error).
+std::string Query(const fs::path& file, const std::string& sql) {
+  sqlite3* db = nullptr;
+  std::string out;
+  if (sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt, nullptr) == SQLITE_OK && sqlite3_step(stmt) == SQLITE_ROW &&
+        sqlite3_column_text(stmt, 0))
+      out = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
+    sqlite3_finalize(stmt);
+  }
+  sqlite3_close(db);
+  return out;
+}
+
+void Exec(const fs::path& file, const std::string& sql) {
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
+  sqlite3_close(db);
+}
+
+// The lines of `out` that start a message (not continuation lines).
+bool HasLine(const std::string& out, const std::string& line) {
+  return ("\n" + out).find("\n" + line + "\n") != std::string::npos;
+}
+
+class BadInput {
+ public:
+  BadInput() {
+    const fs::path built = fs::path(KEL_EXECUTABLE).parent_path();
+    fs::create_directories(prog);
+    for (const fs::directory_entry& e : fs::directory_iterator(built)) {
+      const std::string name = e.path().filename().string();
+      std::error_code ec;
+      if (!e.is_directory()) {
+        if (name == "kelimport") fs::create_hard_link(e.path(), prog / name, ec);
+        if (name != "kelimport" || ec) fs::copy_file(e.path(), prog / name);
+      } else if (name == "Generica" || name == "csv" || name == "bd" || name == "schema") {
+        fs::copy(e.path(), prog / name, fs::copy_options::recursive);
+      }
+    }
+    fs::create_directories(company.parent_path());
+    fs::copy_file(built / "demo" / "Empresa" / "Datos.mdb", company);
+    root.write("origen/Empresa.csv", kEmpresaCsv);
+    root.write("origen/Personas.csv", kPersonasCsv);
+  }
+
+  RunResult run(std::vector<std::string> args, const std::string& command_line) const {
+    args.insert(args.begin(), "--batch");
+    args.push_back(command_line);
+    return testing_app::run_kelimport(args, "", root.path(), (prog / "kelimport").string());
+  }
+  RunResult run(std::vector<std::string> args = {}) const { return run(std::move(args), line()); }
+  std::string line(const fs::path& kel = {}) const {
+    return (kel.empty() ? company : kel).string() + "*" + source.string() + "*0";
+  }
+
+  // Row counts that must not move when a case leaves the staging database alone.
+  std::string staging_state() const {
+    return Query(staging, "SELECT (SELECT count(*) FROM Personas) || '/' || (SELECT count(*) FROM RelacConc) || '/' || "
+                          "(SELECT count(*) FROM TiposRemuneracion) || '/' || (SELECT count(*) FROM CobraPor)");
+  }
+  std::string kel_state() const {
+    return Query(company, "SELECT (SELECT count(*) FROM Personas) || '/' || (SELECT count(*) FROM Empresa) || '/' || "
+                          "(SELECT count(*) FROM Conceptos)");
+  }
+
+  TempDir root;
+  fs::path prog = root / "prog";
+  fs::path company = root / "empresas" / "Empresa" / "Datos.mdb";
+  fs::path source = root / "origen";
+  fs::path staging = prog / "Empresa" / "Pasaje.mdb";
+};
+
+struct Case {
+  std::string name;
+  std::function<void(BadInput&)> arrange;
+  std::vector<std::string> args;
+  std::function<std::string(const BadInput&)> command_line;  // empty: the fixture's
+  int status;
+  std::function<std::vector<std::string>(const BadInput&)> lines;  // printed exactly, each on its own line
+  bool staging_untouched;  // staged rows and mappings as the good run left them
+};
+
+TEST(BadInputBatch, EachBadInputIsToldAndLosesNothing) {
+  const std::vector<Case> cases = {
+      {"carpeta de origen inexistente", [](BadInput& f) { fs::remove_all(f.source); }, {}, {}, 2,
+       [](const BadInput& f) {
+         return std::vector<std::string>{"AVISO: La carpeta " + f.source.string() + " No existe",
+                                         "ERROR: La carga de la base auxiliar no cargó nada; no se importa nada"};
+       },
+       true},
+      {"ningún archivo reconocido",
+       [](BadInput& f) {
+         fs::remove_all(f.source);
+         f.root.write("origen/notas.txt", "nada\n");
+       },
+       {}, {}, 2,
+       [](const BadInput&) {
+         return std::vector<std::string>{
+             "AVISO: No se encontró en el origen ningún archivo o tabla del formato elegido: no se cargó nada y la "
+             "base auxiliar quedó como estaba",
+             "ERROR: La carga de la base auxiliar no cargó nada; no se importa nada"};
+       },
+       true},
+      {"encabezado con un error",
+       [](BadInput& f) { f.root.write("origen/Personas.csv", "id_Persna;Nombre_1\n1;Ana\n"); }, {}, {}, 4,
+       [](const BadInput&) {
+         return std::vector<std::string>{
+             "AVISO: Personas.csv: no se cargó porque no cumple las condiciones de la entrada Personas del formato "
+             "(revise su línea de encabezado)",
+             "INFO: Importación Satisfactoria!!"};
+       },
+       false},
+      {"archivo vacío", [](BadInput& f) { f.root.write("origen/Personas.csv", ""); }, {}, {}, 4,
+       [](const BadInput&) {
+         return std::vector<std::string>{
+             "AVISO: Personas.csv: no se cargó porque no cumple las condiciones de la entrada Personas del formato "
+             "(revise su línea de encabezado)"};
+       },
+       false},
+      {"línea sin clave",
+       [](BadInput& f) { f.root.write("origen/Personas.csv", kPersonasCsv + ";;\n"); }, {}, {}, 2,
+       [](const BadInput&) {
+         return std::vector<std::string>{
+             "AVISO: Personas.csv: la tabla Personas no se cargó: id_Persona vacío en la línea 5"};
+       },
+       false},
+      {"archivo de sentencias faltante", [](BadInput& f) { fs::remove(f.prog / "csv" / "personas.sql"); }, {}, {}, 2,
+       [](const BadInput&) {
+         return std::vector<std::string>{
+             "AVISO: Personas.csv: no se cargó porque falta el archivo de sentencias csv/personas.sql del formato"};
+       },
+       false},
+      {"clave de formato mal escrita",
+       [](BadInput& f) {
+         std::string text = TempDir::read(f.prog / "Intercambio_CSV.fmt");
+         text.replace(text.find("Archivos="), 9, "Archivo=");
+         f.root.write("prog/Intercambio_CSV.fmt", text);
+       },
+       {}, {}, 2,
+       [](const BadInput&) {
+         return std::vector<std::string>{
+             "AVISO: El formato elegido no tiene archivos ni tablas de origen (revise ConfIMP.ini y el archivo del "
+             "formato): no se cargó nada y la base auxiliar quedó como estaba",
+             "ERROR: La carga de la base auxiliar no cargó nada; no se importa nada"};
+       },
+       true},
+      {"sin ConfIMP.ini", [](BadInput& f) { fs::remove(f.prog / "ConfIMP.ini"); }, {}, {}, 2,
+       [](const BadInput&) {
+         return std::vector<std::string>{"ERROR: La carga de la base auxiliar no cargó nada; no se importa nada"};
+       },
+       true},
+      {"clave repetida",
+       [](BadInput& f) { f.root.write("origen/Personas.csv", kPersonasCsv + "2;Otro;Luis\n"); }, {}, {}, 2,
+       [](const BadInput&) {
+         return std::vector<std::string>{
+             "AVISO: Personas.csv: la tabla Personas no se cargó: id_Persona 2 repetido en las líneas 3 y 5"};
+       },
+       false},
+      {"clave vacía apartada",
+       [](BadInput& f) { f.root.write("origen/Personas.csv", kPersonasCsv + ";;\n"); }, {"--set-aside-bad-rows"}, {},
+       4,
+       [](const BadInput& f) {
+         return std::vector<std::string>{"AVISO: Personas.csv: 1 fila apartada en " +
+                                         (f.prog / "Empresa" / "rechazados" / "Personas.csv").string() +
+                                         " (id_Persona vacío); el resto de la tabla Personas se cargó"};
+       },
+       false},
+      {"empresa de 0 bytes", [](BadInput& f) { f.root.write("empresas/Empresa/Datos.mdb", ""); }, {}, {}, 3,
+       [](const BadInput& f) {
+         return std::vector<std::string>{"AVISO: El archivo " + f.company.string() +
+                                         " está vacío (0 bytes): no es una base de empresa de KEL"};
+       },
+       true},
+      {"base de otro programa",
+       [](BadInput& f) {
+         fs::remove(f.company);
+         Exec(f.company, "CREATE TABLE Clientes (id INTEGER); CREATE TABLE Empresa (x INTEGER);");
+       },
+       {}, {}, 3,
+       [](const BadInput& f) {
+         return std::vector<std::string>{"AVISO: La base " + f.company.string() +
+                                         " no es una base de empresa de KEL: le faltan las tablas Cargos, Sectores, "
+                                         "Sucursales, Personas, Contrato, Conceptos, TiposLiquidacion, Encabezados, "
+                                         "Datos_Liquidacion"};
+       },
+       true},
+      {"la plantilla como empresa",
+       [](BadInput& f) { fs::copy_file(f.prog / "Generica" / "Pasaje.mdb", f.root / "empresas" / "Empresa" / "P.mdb"); },
+       {}, [](const BadInput& f) { return f.line(f.root / "empresas" / "Empresa" / "P.mdb"); }, 3,
+       [](const BadInput& f) {
+         return std::vector<std::string>{"AVISO: La base " + (f.root / "empresas" / "Empresa" / "P.mdb").string() +
+                                         " es una base auxiliar de pasaje (como Generica/Pasaje.mdb), no una base de "
+                                         "empresa de KEL"};
+       },
+       true},
+      {"empresa en una carpeta Generica",
+       [](BadInput& f) {
+         fs::create_directories(f.root / "empresas" / "Generica");
+         fs::copy_file(f.company, f.root / "empresas" / "Generica" / "Datos.mdb");
+       },
+       {}, [](const BadInput& f) { return f.line(f.root / "empresas" / "Generica" / "Datos.mdb"); }, 2,
+       [](const BadInput& f) {
+         return std::vector<std::string>{
+             "AVISO: La base de KEL " + (f.root / "empresas" / "Generica" / "Datos.mdb").string() +
+             " está en la carpeta \"Generica\", que no puede dar nombre a su base auxiliar (Generica es la carpeta de "
+             "la base genérica): mueva la base de la empresa a una carpeta propia"};
+       },
+       true},
+      {"sin base genérica ni auxiliar",
+       [](BadInput& f) {
+         fs::remove(f.prog / "Generica" / "Pasaje.mdb");
+         fs::remove_all(f.prog / "Empresa");
+       },
+       {}, {}, 2,
+       [](const BadInput&) {
+         return std::vector<std::string>{
+             "AVISO: Falta Base Genérica para poder realizar el pasaje",
+             "AVISO: No se pudo preparar la base de datos auxiliar para la importacion de datos",
+             "ERROR: No hay una base auxiliar abierta para la empresa; no se importa nada"};
+       },
+       false},
+      {"ruta con . y ..", [](BadInput&) {}, {},
+       [](const BadInput& f) {
+         return f.line(f.root / "empresas" / "Empresa" / "." / "x" / ".." / "Datos.mdb");
+       },
+       0, [](const BadInput&) { return std::vector<std::string>{"INFO: Importación Satisfactoria!!"}; }, false},
+      {"otra empresa con el mismo nombre de carpeta",
+       [](BadInput& f) {
+         fs::create_directories(f.root / "otras" / "Empresa");
+         fs::copy_file(f.company, f.root / "otras" / "Empresa" / "Datos.mdb");
+       },
+       {"--no"}, [](const BadInput& f) { return f.line(f.root / "otras" / "Empresa" / "Datos.mdb"); }, 2,
+       [](const BadInput& f) {
+         return std::vector<std::string>{
+             "PREGUNTA: La base auxiliar " + f.staging.string() + " fue preparada para la empresa " +
+                 f.company.string(),
+             "  y ahora se abre para " + (f.root / "otras" / "Empresa" / "Datos.mdb").string() +
+                 " (las dos carpetas tienen el mismo nombre).",
+             "  Sus datos cargados y sus relaciones son de la otra empresa. ¿Desea usarlos de todas formas? -> No",
+             "AVISO: No se pudo preparar la base de datos auxiliar para la importacion de datos"};
+       },
+       true},
+  };
+
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    BadInput f;
+    RunResult good = f.run({"--yes"});
+    ASSERT_EQ(good.status, 0) << good.out;
+    Exec(f.staging, "INSERT INTO RelacConc (CodKEL, CodOS) VALUES (17, 1)");
+    const std::string staging_before = f.staging_state();
+    ASSERT_EQ(staging_before, "3/1/3/4");
+
+    c.arrange(f);
+    const std::string kel_before = f.kel_state();  // what the case left of the company
+    const auto kel_size = fs::file_size(f.company);
+    std::vector<std::string> args = c.args;
+    if (std::find(args.begin(), args.end(), "--no") == args.end()) args.push_back("--yes");
+    RunResult r = f.run(args, c.command_line ? c.command_line(f) : f.line());
+    EXPECT_EQ(r.status, c.status) << r.out;
+    for (const std::string& line : c.lines(f)) EXPECT_TRUE(HasLine(r.out, line)) << line << "\n---\n" << r.out;
+    if (c.staging_untouched) {
+      EXPECT_EQ(f.staging_state(), staging_before) << r.out;
+    }
+    // The mappings and the template's catalogues survive every case that
+    // leaves a staging database.
+    if (fs::exists(f.staging)) {
+      const std::string after = f.staging_state();
+      EXPECT_EQ(after.substr(std::min(after.size(), after.find('/'))), "/1/3/4") << r.out;
+    }
+    // A run that transferred (exit 0 or 4) changed KEL on purpose; any other
+    // ended before the transfer or stopped in the persons step, which with no
+    // staged person parks the company's persons and stops (their count and
+    // the company's other tables stay as they were).
+    if (c.status != 0 && c.status != 4) {
+      EXPECT_EQ(f.kel_state(), kel_before);
+    }
+    if (c.status == 3) {
+      EXPECT_EQ(fs::file_size(f.company), kel_size);  // a refused file is not even opened
+    }
+    if (fs::exists(f.prog / "Generica" / "Pasaje.mdb")) {
+      EXPECT_EQ(Query(f.prog / "Generica" / "Pasaje.mdb", "SELECT count(*) FROM Personas"), "0");
+    }
+  }
+}
+
+TEST(BadInputBatch, SecondRunOnTheSameCompanyStopsAtOnce) {
+  BadInput f;
+  ASSERT_EQ(f.run({"--yes"}).status, 0);
+  for (const fs::path& lock : {fs::path(f.company.string() + ".lock"), f.prog / "Empresa" / "Pasaje.mdb.lock"}) {
+    SCOPED_TRACE(lock.string());
+    const int fd = ::open(lock.c_str(), O_RDWR | O_CREAT, 0644);
+    ASSERT_GE(fd, 0);
+    ASSERT_EQ(::flock(fd, LOCK_EX | LOCK_NB), 0);
+    RunResult r = f.run({"--yes"});
+    ::close(fd);
+    EXPECT_EQ(r.status, 2) << r.out;
+    EXPECT_TRUE(HasLine(r.out, "AVISO: Otra importación de esta empresa está en curso")) << r.out;
+    EXPECT_EQ(r.out.find("CARGA:"), std::string::npos) << r.out;
+  }
+}
+
+TEST(BadInputBatch, WaitingForALockedDatabaseIsTold) {
+  BadInput f;
+  ASSERT_EQ(f.run({"--yes"}).status, 0);
+  // Another program holds the staging database for a moment.
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(f.staging.c_str(), &other), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  std::thread release([other] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(700));
+    sqlite3_exec(other, "COMMIT", nullptr, nullptr, nullptr);
+  });
+  RunResult r = f.run({"--yes"});
+  release.join();
+  sqlite3_close(other);
+  EXPECT_EQ(r.status, 0) << r.out;
+  EXPECT_TRUE(HasLine(r.out, "ESPERA: Esperando a que otro programa libere la base " + f.staging.string() +
+                                 " (o una base que lee); se espera hasta 15 segundos"))
+      << r.out;
+}
+
+TEST(BadInputBatch, ExitStatusRule) {
+  BadInput f;
+  RunResult clean = f.run({"--yes"});
+  EXPECT_EQ(clean.status, 0) << clean.out;
+  EXPECT_EQ(clean.out.find("AVISO:"), std::string::npos) << clean.out;
+  EXPECT_EQ(Query(f.staging, "SELECT group_concat(Nombre_1) FROM Personas"), "Ana,Luis,Eva");
+  EXPECT_EQ(Query(f.staging, "SELECT Archivo FROM PasajeEmpresa"), f.company.string());
+}
+
+}  // namespace

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <thread>
 
+#include "db/access_reader.h"
 #include "db/open_database.h"
 #include "session/main_controller.h"
 #include "settings/paths.h"
@@ -84,6 +85,8 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
   }
   settings::CreateFolders(folder);
   staging_folder_ = folder;
+  // Access sources are read through SQLite copies kept beside the staging database.
+  db::use_access_reader(folder);
 
   const std::filesystem::path file = folder / "Pasaje.mdb";
   if (!file_exists(file)) {

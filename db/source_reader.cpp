@@ -19,6 +19,10 @@ void register_source_reader(std::shared_ptr<SourceReader> reader) {
   if (reader) readers().insert(readers().begin(), std::move(reader));
 }
 
+void unregister_source_reader(const std::shared_ptr<SourceReader>& reader) {
+  std::erase(readers(), reader);
+}
+
 bool has_source_reader(const std::shared_ptr<SourceReader>& reader) {
   for (const auto& r : readers()) {
     if (r == reader) return true;

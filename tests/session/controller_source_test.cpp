@@ -4,6 +4,10 @@
 // through the batch run in tests/app.)
 #include "controller_fixture.h"
 
+#include <cstdlib>
+
+#include "db/odbc_sources.h"
+
 namespace {
 
 using kel_test::Session;
@@ -119,8 +123,11 @@ TEST(ControllerStaging, MatchingProgressAndReopeningTheDestination) {
 
 TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   Session s;
-  kel_test::write_file(s.prog / "b.fmt", "TipoBD=0\r\nBD=\r\nEmpresa|NOM(x)|empresa.sql|1\r\n");
+  // A real data source: the SQLite ODBC driver on a source company file.
+  kel_test::write_file(s.prog / "b.fmt", "TipoBD=0\r\nBD=\r\nEmpresa|NOM(empresa)|empresa.sql|1\r\n");
   kel_test::make_source_company(s.tmp / "fuente.db", "ACME", "ACME SA");
+  kel_test::write_file(s.tmp / "odbc.ini", "[Sueldos]\nDriver=SQLite3\nDatabase=" + (s.tmp / "fuente.db").string() + "\n");
+  setenv("ODBCINI", (s.tmp / "odbc.ini").c_str(), 1);
   s.ui.data_sources = {"Sueldos"};
   session::MainWindowController c(s.prog, s.ui);
   Log opened;
@@ -128,7 +135,7 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   c.open_odbc = [&](const std::string& text) {
     opened.push_back(text);
     std::unique_ptr<db::Connection> conn;
-    db::open_database((s.tmp / "fuente.db").string(), conn);
+    db::open_odbc(text, conn);
     return conn;
   };
   c.Form_Load(s.company.string() + "**1");
@@ -136,8 +143,11 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   EXPECT_EQ(opened, Log{"DSN=Sueldos;"});
   EXPECT_EQ(c.txtRuta, "Sueldos");
   ASSERT_TRUE(c.source && c.source->is_open());
+  if (!c.source || !c.source->is_open()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite";
   EXPECT_FALSE(c.lblDatosCP_visible);  // staged with no folder test
   EXPECT_FALSE(kel_test::has_line(s.ui.log, "AVISO: La carpeta Sueldos No existe"));
+  EXPECT_EQ(s.staged("SELECT Nombre FROM Empresa"), "Cargada");
+  EXPECT_EQ(c.state.ColArchTablas.ColArchTablas("Empresa*1").Ruta, "DSN=Sueldos;");
 }
 
 }  // namespace

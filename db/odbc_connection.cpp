@@ -300,6 +300,72 @@ Recordset OdbcConnection::open_recordset(std::string_view sql) {
   return Recordset(std::move(names), std::move(rows));
 }
 
+std::vector<std::string> OdbcConnection::table_names() {
+  if (!dbc_) throw Error("La conexión no está abierta");
+  Statement stmt;
+  if (!ok(SQLAllocHandle(SQL_HANDLE_STMT, dbc_, &stmt.handle))) {
+    throw Error(kRefused + diagnostics(SQL_HANDLE_DBC, dbc_));
+  }
+  SQLCHAR types[] = "TABLE,VIEW";
+  if (!ok(SQLTables(stmt.handle, nullptr, 0, nullptr, 0, nullptr, 0, types, SQL_NTS))) {
+    throw Error("El origen de datos no da la lista de sus tablas: " + diagnostics(SQL_HANDLE_STMT, stmt.handle));
+  }
+  std::vector<std::string> names;
+  while (ok(SQLFetch(stmt.handle))) {
+    SQLCHAR name[512] = {};
+    SQLLEN indicator = 0;
+    // Column 3 of SQLTables' result is TABLE_NAME.
+    if (ok(SQLGetData(stmt.handle, 3, SQL_C_CHAR, name, sizeof name, &indicator)) && indicator > 0)
+      names.emplace_back(reinterpret_cast<char*>(name));
+  }
+  return names;
+}
+
+void OdbcConnection::stream(std::string_view sql,
+                            const std::function<void(const std::vector<std::string>&)>& on_columns,
+                            const std::function<void(const std::vector<Value>&)>& on_row) {
+  if (!dbc_) throw Error("La conexión no está abierta", std::string(sql));
+  Statement stmt;
+  if (!ok(SQLAllocHandle(SQL_HANDLE_STMT, dbc_, &stmt.handle))) {
+    throw Error(kRefused + diagnostics(SQL_HANDLE_DBC, dbc_), std::string(sql));
+  }
+  std::string text(sql);
+  SQLRETURN rc = SQLExecDirect(stmt.handle, reinterpret_cast<SQLCHAR*>(text.data()),
+                               static_cast<SQLINTEGER>(text.size()));
+  if (rc == SQL_NO_DATA) return;
+  if (!ok(rc)) throw Error(kRefused + diagnostics(SQL_HANDLE_STMT, stmt.handle), text);
+  SQLSMALLINT count = 0;
+  SQLNumResultCols(stmt.handle, &count);
+  std::vector<std::string> names;
+  std::vector<SQLSMALLINT> types, scales;
+  for (SQLUSMALLINT i = 1; i <= static_cast<SQLUSMALLINT>(count); ++i) {
+    SQLCHAR name[256] = {};
+    SQLSMALLINT name_length = 0, type = 0, scale = 0, nullable = 0;
+    SQLULEN size = 0;
+    SQLDescribeCol(stmt.handle, i, name, sizeof name, &name_length, &type, &size, &scale, &nullable);
+    names.emplace_back(reinterpret_cast<char*>(name));
+    types.push_back(type);
+    scales.push_back(scale);
+  }
+  on_columns(names);
+  std::vector<Value> row(names.size());
+  while ((rc = SQLFetch(stmt.handle)) != SQL_NO_DATA) {
+    if (!ok(rc)) throw Error(kRefused + diagnostics(SQL_HANDLE_STMT, stmt.handle), text);
+    for (SQLUSMALLINT i = 0; i < static_cast<SQLUSMALLINT>(count); ++i)
+      row[i] = read_column(stmt.handle, static_cast<SQLUSMALLINT>(i + 1), types[i], scales[i]);
+    on_row(row);
+  }
+}
+
+std::string OdbcConnection::identifier_quote() {
+  char quote[8] = {};
+  SQLSMALLINT length = 0;
+  if (dbc_ && ok(SQLGetInfo(dbc_, SQL_IDENTIFIER_QUOTE_CHAR, quote, sizeof quote, &length)) && length > 0 &&
+      quote[0] != ' ')
+    return std::string(quote, static_cast<std::size_t>(length));
+  return "\"";
+}
+
 void OdbcConnection::begin_transaction() {
   if (!dbc_) throw Error("La conexión no está abierta");
   if (in_transaction_) throw Error("Ya hay una transacción abierta en esta conexión");

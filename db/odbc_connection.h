@@ -8,6 +8,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <vector>
 #include <string>
 #include <string_view>
 
@@ -37,6 +39,19 @@ class OdbcConnection final : public Connection {
   void begin_transaction() override;
   void commit_transaction() override;
   void rollback_transaction() override;
+  // Names of the data source's tables and views (SQLTables), in the order
+  // the driver gives them. Throws db::Error when the driver refuses.
+  std::vector<std::string> table_names();
+
+  // Runs `sql` and hands its rows to `on_row` one at a time as they are
+  // fetched, never holding the whole result: `on_columns` first gets the
+  // column names. Values are mapped as in open_recordset. Throws db::Error.
+  void stream(std::string_view sql, const std::function<void(const std::vector<std::string>&)>& on_columns,
+              const std::function<void(const std::vector<Value>&)>& on_row);
+
+  // The character the driver quotes identifiers with ('"' when it names none).
+  std::string identifier_quote();
+
   // The data source name: the "DSN=" (or "FILEDSN=") part of the
   // connection text, or what the driver reports.
   std::string data_source_name() const override { return dsn_; }

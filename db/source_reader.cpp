@@ -19,6 +19,17 @@ void register_source_reader(std::shared_ptr<SourceReader> reader) {
   if (reader) readers().insert(readers().begin(), std::move(reader));
 }
 
+void unregister_source_reader(const std::shared_ptr<SourceReader>& reader) {
+  std::erase(readers(), reader);
+}
+
+bool has_source_reader(const std::shared_ptr<SourceReader>& reader) {
+  for (const auto& r : readers()) {
+    if (r == reader) return true;
+  }
+  return false;
+}
+
 void clear_source_readers() { readers().clear(); }
 
 std::shared_ptr<SourceReader> find_source_reader(const std::string& path) {

@@ -30,6 +30,12 @@ class SourceReader {
 // Adds a reader; later registrations are asked first.
 void register_source_reader(std::shared_ptr<SourceReader> reader);
 
+// Removes `reader` when registered.
+void unregister_source_reader(const std::shared_ptr<SourceReader>& reader);
+
+// True when `reader` is registered.
+bool has_source_reader(const std::shared_ptr<SourceReader>& reader);
+
 // Removes every registered reader (for tests).
 void clear_source_readers();
 

@@ -34,10 +34,12 @@ std::string SqliteConnection::attach(const std::string& path) {
 
   std::string file = path;
   FileKind kind = file_kind(path);
-  if (kind == FileKind::kAccess || kind == FileKind::kOther) {
-    auto reader = find_source_reader(path);
-    if (!reader) throw Error("No se puede leer la base " + path + ": no es una base SQLite");
+  // Readers also serve names that are no file at all (an ODBC connection text).
+  auto reader = kind == FileKind::kSqlite ? nullptr : find_source_reader(path);
+  if (reader) {
     file = reader->sqlite_image(path);
+  } else if (kind == FileKind::kAccess || kind == FileKind::kOther) {
+    throw Error("No se puede leer la base " + path + ": no es una base SQLite");
   } else if (kind == FileKind::kMissing) {
     throw Error("No se puede leer la base " + path + ": el archivo no existe");
   } else if (kind != FileKind::kSqlite) {

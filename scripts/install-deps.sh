@@ -6,7 +6,8 @@ packages=(
   build-essential cmake ninja-build pkg-config
   libsqlite3-dev sqlite3
   unixodbc-dev odbcinst libsqliteodbc
-  mdbtools
+  postgresql odbc-postgresql
+  mdbtools mdbtools-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
 )
 missing=()

@@ -16,6 +16,9 @@
 #include <thread>
 
 #include "db/error.h"
+#include "db/access_reader.h"
+#include "db/odbc_image.h"
+#include "db/odbc_sources.h"
 #include "db/open_database.h"
 #include "db/sqlite_connection.h"
 #include "session/company_check.h"
@@ -149,6 +152,8 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
     if (staging && staging->is_open()) staging->close();
     return false;
   }
+  // Access sources are read through SQLite copies kept beside the staging database.
+  db::use_access_reader(folder);
 
   const std::filesystem::path file = folder / "Pasaje.mdb";
   if (!file_exists(file)) {
@@ -265,9 +270,26 @@ void MainWindowController::cbActualizar_Click(int index) {
   }
   run_guarded(
       "cbActualizar_Click",
-      [this] {
+      [this, by_folder] {
         looked_for_ = state.ChkOP;
-        BuscarArchivos(txtRuta);
+        std::shared_ptr<db::SourceReader> odbc_reader;
+        if (by_folder) {
+          BuscarArchivos(txtRuta);
+        } else if (state.ColArchTablas.empty()) {
+          // No usable format: no data source to try; the load says so and
+          // empties nothing.
+        } else if (!(odbc_reader = BuscarTablasODBC())) {
+          last_load_failed = true;
+          return;
+        }
+        // The ODBC tables are read through the source connection during this
+        // load only.
+        struct Unregister {
+          std::shared_ptr<db::SourceReader> reader;
+          ~Unregister() {
+            if (reader) db::unregister_source_reader(reader);
+          }
+        } unregister{odbc_reader};
         ActuBarra(3);
         ActuBarra(-1);
         CargarDatos();
@@ -277,6 +299,43 @@ void MainWindowController::cbActualizar_Click(int index) {
         return std::vector<std::string>{
             "nada en la base de KEL; la base auxiliar puede haber quedado vaciada en parte"};
       });
+}
+
+std::shared_ptr<db::SourceReader> MainWindowController::BuscarTablasODBC() {
+  const std::string name = settings::Trim(txtRuta);
+  const std::string connection_text = db::is_connection_text(name) ? name : "DSN=" + name + ";";
+  if (!(source && source->is_open())) {
+    if (open_odbc) {
+      source = open_odbc(connection_text);
+    } else {
+      db::open_odbc(connection_text, source);
+    }
+  }
+  auto* odbc = dynamic_cast<db::OdbcConnection*>(source.get());
+  if (odbc == nullptr || !odbc->is_open()) {
+    ui_.warning("No se pudo abrir el origen de datos ODBC " + name +
+                (source ? ": " + source->last_error() : std::string()));
+    return nullptr;
+  }
+  const std::array<bool, 5> ticked = state.ChkOP;
+  std::vector<std::string> matched;
+  staging::MatchResult result = staging::MatchTables(state.ColArchTablas, odbc->table_names(), connection_text,
+                                                     state.ChkOP, &matched, [this] { ActuBarra(1); });
+  if (matched.empty()) {
+    // Nothing to load: the staging database and the ticked groups stay as they were.
+    state.ChkOP = ticked;
+    ui_.warning("Ninguna tabla del origen de datos ODBC " + name +
+                " coincide con las del formato elegido: la base auxiliar no se modificó");
+    return nullptr;
+  }
+  total_lines = result.total_lines;
+  // Statements read the matched tables with in '<connection text>'; the
+  // staging connection is opened afresh so that no copy of an earlier load
+  // stays attached.
+  auto reader = std::make_shared<db::OdbcImageReader>(connection_text, *odbc, matched, staging_folder_);
+  db::register_source_reader(reader);
+  if (staging && staging->is_open()) db::open_database(staging->data_source_name(), staging);
+  return reader;
 }
 
 void MainWindowController::BuscarArchivos(const std::string& folder) {

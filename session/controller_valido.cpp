@@ -1,5 +1,6 @@
 // session/controller_valido.cpp — the company check before a transfer
-// (Valido): the company open in KEL against the company of the source.
+// (Valido): the company open in KEL against the company of the source, or
+// against the staged company when the source has no connection.
 #include <exception>
 
 #include "db/value.h"
@@ -36,13 +37,19 @@ std::string difference_question(const char* what, const std::string& kel, const 
 bool MainWindowController::Valido(bool mostrar) {
   if (!mostrar) return true;
   bool result = true;
+  // A folder or file source has no connection of its own: its company is the
+  // one just staged, so the right company is not questioned on every import.
+  const bool source_open = source != nullptr && source->is_open();
+  db::Connection* company_conn = source_open ? source.get() : staging.get();
   const std::string kel_name = first_value(destination.get(), sql::destination_company_name());
-  const std::string source_name = first_value(source.get(), sql::source_company_name());
+  const std::string source_name = first_value(
+      company_conn, source_open ? sql::source_company_name() : sql::staged_company_name());
   if (!settings::IEquals(kel_name, source_name)) {
     result = ui_.ask_yes_no(difference_question("Nombre", kel_name, source_name), QuestionIcon::kWarning);
   } else {
     const std::string kel_rs = first_value(destination.get(), sql::destination_legal_name());
-    const std::string source_rs = first_value(source.get(), sql::source_legal_name());
+    const std::string source_rs = first_value(
+        company_conn, source_open ? sql::source_legal_name() : sql::staged_legal_name());
     if (!settings::IEquals(kel_rs, source_rs))
       result = ui_.ask_yes_no(difference_question("RS", kel_rs, source_rs), QuestionIcon::kWarning);
   }

@@ -38,6 +38,7 @@
 #include "mapping/mapping_panel.h"
 #include "preview/staged_preview.h"
 #include "session/busy_notice.h"
+#include "db/source_reader.h"
 #include "session/error_report.h"
 #include "session/progress.h"
 #include "session/run_lock.h"
@@ -145,6 +146,13 @@ class MainWindowController {
   // groups only), one progress point per entry; ChkOP keeps ticked only the
   // groups whose sources were found; total_lines sizes the staging load.
   void BuscarArchivos(const std::string& folder);
+  // The ODBC side of BuscarArchivos: opens the source connection on txtRuta
+  // (a data source name or a connection text) when it is not open, matches
+  // the data source's table names to the catalogue, and returns the reader
+  // that serves `in '<connection text>'` to the staging load; nullptr, after
+  // a warning, when the source cannot be opened or no table matches (nothing
+  // changed then).
+  std::shared_ptr<db::SourceReader> BuscarTablasODBC();
   // CargarDatos: the staging load over the session's state (staging/
   // staging_load.h). Errors before its first statement propagate.
   void CargarDatos();

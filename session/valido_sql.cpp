@@ -11,4 +11,8 @@ std::string destination_legal_name() { return "Select ucase(trim(RazonSocial)) F
 
 std::string source_legal_name() { return "Select upper(Em_RSocial) From Empresa"; }
 
+std::string staged_company_name() { return "Select ucase(trim(Nombre)) From Empresa"; }
+
+std::string staged_legal_name() { return "Select ucase(trim(RazonSocial)) From Empresa"; }
+
 }  // namespace session::sql

@@ -18,5 +18,9 @@ std::string source_company_name();
 std::string destination_legal_name();
 // Source: the company's legal name, upper-cased.
 std::string source_legal_name();
+// The company just staged (the staging database's Empresa), read when no
+// source connection is open: a folder source is checked through what it loaded.
+std::string staged_company_name();
+std::string staged_legal_name();
 
 }  // namespace session::sql

@@ -1,6 +1,7 @@
 // staging/catalogue.cpp — catalogue entries and folder matching (see catalogue.h).
 #include "staging/catalogue.h"
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <stdexcept>
@@ -157,6 +158,35 @@ MatchResult MatchFolder(ColArchsBD& catalogue, const fs::path& folder, std::arra
         lines = lc->second;
       }
       result.total_lines += lines + 1;
+    }
+  }
+  chk_op = found;
+  return result;
+}
+
+MatchResult MatchTables(ColArchsBD& catalogue, const std::vector<std::string>& tables,
+                        const std::string& connection_text, std::array<bool, 5>& chk_op,
+                        std::vector<std::string>* matched, const std::function<void()>& on_entry) {
+  MatchResult result;
+  for (ClaArchBD& e : catalogue) {
+    e.Existe = false;
+    e.Ruta.clear();
+  }
+  std::array<bool, 5> found{};
+  for (ClaArchBD& e : catalogue) {
+    if (on_entry) on_entry();
+    int n = e.option();
+    if (e.TipoAR || n < 1 || n > 5 || !chk_op[static_cast<std::size_t>(n - 1)]) continue;
+    for (const std::string& table : tables) {
+      // Table names are tested as file names are; there are no contents.
+      if (!CoincideConCond(e.ColCond, table, {})) continue;
+      e.Existe = true;
+      e.Ruta = connection_text;
+      found[static_cast<std::size_t>(n - 1)] = true;
+      result.total_lines += 1;
+      if (matched && std::find(matched->begin(), matched->end(), table) == matched->end())
+        matched->push_back(table);
+      break;
     }
   }
   chk_op = found;

@@ -99,4 +99,16 @@ struct MatchResult {
 MatchResult MatchFolder(ColArchsBD& catalogue, const std::filesystem::path& folder, std::array<bool, 5>& chk_op,
                         const std::function<void()>& on_entry = {});
 
+// Matches the tables of a database source reached through ODBC, which has no
+// folder: every entry's Existe is cleared; each database (BD) entry whose
+// option box is ticked is found when its conditions match one of `tables`
+// (the first in the given order), and then its Ruta is `connection_text`, so
+// that `in '[BDOrigen]'` reads that table through the source connection.
+// Interchange entries are never found. chk_op[i] becomes "some entry of option
+// i + 1 was found". `matched` (optional) receives the matched table names,
+// each once, in the order found.
+MatchResult MatchTables(ColArchsBD& catalogue, const std::vector<std::string>& tables,
+                        const std::string& connection_text, std::array<bool, 5>& chk_op,
+                        std::vector<std::string>* matched = nullptr, const std::function<void()>& on_entry = {});
+
 }  // namespace staging

@@ -11,12 +11,11 @@
 #include "db/odbc_connection.h"
 #include "db/odbc_sources.h"
 #include "db_fixture.h"
+#include "odbc_driver.h"
 
 namespace {
 
 using testing_db::TempFolder;
-
-const char* kDriver = "/usr/lib/x86_64-linux-gnu/odbc/libsqlite3odbc.so";
 
 // The driver manager keeps the system folder (ODBCSYSINI) it read first for
 // the whole process, so all tests share one: it declares the driver and two
@@ -27,7 +26,7 @@ struct SystemFolder {
   SystemFolder() {
     std::string db = folder.database("sistema.db", "CREATE TABLE S (x INTEGER);");
     folder.write("odbcinst.ini", std::string("[SQLite3]\nDescription=SQLite3\nDriver=") +
-                                     kDriver + "\n");
+                                     testing_db::sqlite_odbc_driver() + "\n");
     folder.write("odbc.ini", "[kel_sistema]\nDriver=SQLite3\nDatabase=" + db +
                                  "\n\n[kel_sistema2]\nDriver=SQLite3\nDatabase=" + db + "\n");
   }
@@ -41,7 +40,7 @@ SystemFolder& system_folder() {
 class OdbcConnectionTest : public testing::Test {
  protected:
   void SetUp() override {
-    if (!std::filesystem::exists(kDriver)) GTEST_SKIP() << "SQLite ODBC driver not installed";
+    if (testing_db::sqlite_odbc_driver().empty()) GTEST_SKIP() << "SQLite ODBC driver not installed";
     database_ = folder_.database(
         "origen.db",
         "CREATE TABLE Personas (id INTEGER PRIMARY KEY, Nombre TEXT, Sueldo REAL, "

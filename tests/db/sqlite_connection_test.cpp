@@ -14,8 +14,6 @@ namespace {
 using testing_db::SqliteTest;
 using testing_db::TempFolder;
 
-const std::string kAccessDir = std::string(KEL_SHARED_DIR) + "/fixtures/access/";
-
 std::string pragma_text(sqlite3* db, const char* sql) {
   sqlite3_stmt* stmt = nullptr;
   std::string out;
@@ -37,11 +35,15 @@ TEST(SqliteConnection, OpenFailuresLeaveItClosedWithASpanishReason) {
   // A file with a SQLite header but damaged content fails at open, not later.
   const std::string damaged =
       folder.write("rota.db", std::string("SQLite format 3\0", 16) + std::string(200, 'x'));
+  // Jet and ACE files as their first page begins: the engine's name at offset 4.
+  const std::string jet = folder.write(
+      "nwind.mdb", std::string("\0\x01\0\0Standard Jet DB\0", 20) + std::string(2028, '\0'));
+  const std::string ace = folder.write(
+      "muestra.accdb", std::string("\0\x01\0\0Standard ACE DB\0", 20) + std::string(2028, '\0'));
   const Case cases[] = {
       {folder.file("nada.db"), "…No se encuentra el archivo"},
-      {kAccessDir + "nwind.mdb", "El archivo " + kAccessDir +
-                                     "nwind.mdb es una base de datos de Access (Jet/ACE), no una base SQLite"},
-      {kAccessDir + "ASampleDatabase.accdb", "…de Access (Jet/ACE)"},
+      {jet, "El archivo " + jet + " es una base de datos de Access (Jet/ACE), no una base SQLite"},
+      {ace, "…de Access (Jet/ACE)"},
       {text, "El archivo " + text + " no es una base de datos SQLite"},
       {folder.path().string(), "…no es un archivo"},
       {damaged, "…No se pudo abrir la base"},

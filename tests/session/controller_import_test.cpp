@@ -80,9 +80,6 @@ TEST(ControllerValido, QuestionPaths) {
        {question("Nombre", "ACME", "OTRA", true), kConfirm + " -> Sí"}},
       // Everything equal: only the confirmation, and its No is the result.
       {"ACME", "ACME SA", "ACME", "ACME SA", kOpen, {false}, false, {kConfirm + " -> No"}},
-      // No source connection: the source's name is empty and differs.
-      {"ACME", "ACME SA", "ACME", "ACME SA", kNone, {false}, false,
-       {question("Nombre", "ACME", "", false)}},
       // A source whose query fails counts as an empty name as well.
       {"", "", "ACME", "ACME SA", kBroken, {false}, false, {kConfirm + " -> No"}},
   };
@@ -95,6 +92,34 @@ TEST(ControllerValido, QuestionPaths) {
     EXPECT_TRUE(s.ui.log.empty());
     s.ui.answers = row.answers;
     EXPECT_EQ(s.c->Valido(true), row.result);
+    EXPECT_EQ(s.ui.log, row.log);
+  }
+}
+
+// Without a source connection the company staged from the folder is the one
+// compared: the right company is only confirmed, another one or none asked about.
+TEST(ControllerValido, WithoutASourceConnectionTheStagedCompanyIsCompared) {
+  struct Row {
+    const char* staged_sql;  // what the staging database's Empresa holds
+    std::deque<bool> answers;
+    Log log;
+  };
+  const std::vector<Row> rows = {
+      {"INSERT INTO Empresa (IdEmpresa, Nombre, RazonSocial) VALUES (1, ' acme ', 'Acme SA');",
+       {true}, {kConfirm + " -> Sí"}},
+      {"INSERT INTO Empresa (IdEmpresa, Nombre, RazonSocial) VALUES (1, 'Acme', 'Otra SRL');",
+       {true, true}, {question("RS", "ACME SA", "OTRA SRL", true), kConfirm + " -> Sí"}},
+      {"INSERT INTO Empresa (IdEmpresa, Nombre, RazonSocial) VALUES (1, 'Otra', 'Otra SRL');",
+       {false}, {question("Nombre", "ACME", "OTRA", false)}},
+      {"", {false}, {question("Nombre", "ACME", "", false)}},  // nothing staged
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.staged_sql);
+    ImportSession s;
+    s.c->source.reset();
+    kel_test::run_sqlite(s.staging_db, std::string("DELETE FROM Empresa;") + row.staged_sql);
+    s.ui.answers = row.answers;
+    EXPECT_EQ(s.c->Valido(true), row.log.back().ends_with("Sí"));
     EXPECT_EQ(s.ui.log, row.log);
   }
 }

@@ -5,6 +5,10 @@
 #include "controller_fixture.h"
 #include "db/file_kind.h"
 
+#include <cstdlib>
+
+#include "db/odbc_sources.h"
+
 namespace {
 
 using kel_test::Session;
@@ -129,8 +133,11 @@ TEST(ControllerStaging, MatchingProgressAndReopeningTheDestination) {
 
 TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   Session s;
-  kel_test::write_file(s.prog / "b.fmt", "TipoBD=0\r\nBD=\r\nEmpresa|NOM(x)|empresa.sql|1\r\n");
+  // A real data source: the SQLite ODBC driver on a source company file.
+  kel_test::write_file(s.prog / "b.fmt", "TipoBD=0\r\nBD=\r\nEmpresa|NOM(empresa)|empresa.sql|1\r\n");
   kel_test::make_source_company(s.tmp / "fuente.db", "ACME", "ACME SA");
+  kel_test::write_file(s.tmp / "odbc.ini", "[Sueldos]\nDriver=SQLite3\nDatabase=" + (s.tmp / "fuente.db").string() + "\n");
+  setenv("ODBCINI", (s.tmp / "odbc.ini").c_str(), 1);
   s.ui.data_sources = {"Sueldos"};
   session::MainWindowController c(s.prog, s.ui, s.importer, s.preview, s.mapping);
   Log opened;
@@ -138,7 +145,7 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   c.open_odbc = [&](const std::string& text) {
     opened.push_back(text);
     std::unique_ptr<db::Connection> conn;
-    db::open_database((s.tmp / "fuente.db").string(), conn);
+    db::open_odbc(text, conn);
     return conn;
   };
   c.Form_Load(s.company.string() + "**1");
@@ -146,8 +153,44 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   EXPECT_EQ(opened, Log{"DSN=Sueldos;"});
   EXPECT_EQ(c.txtRuta, "Sueldos");
   ASSERT_TRUE(c.source && c.source->is_open());
+  if (!c.source || !c.source->is_open()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite";
   EXPECT_FALSE(s.preview.lblDatosCP_visible);  // staged with no folder test
   EXPECT_FALSE(kel_test::has_line(s.ui.log, "AVISO: La carpeta Sueldos No existe"));
+  EXPECT_EQ(s.staged("SELECT Nombre FROM Empresa"), "Cargada");
+  EXPECT_EQ(c.state.ColArchTablas.ColArchTablas("Empresa*1").Ruta, "DSN=Sueldos;");
+}
+
+}  // namespace
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A real Access file in the source folder of a database-form format: its
+// tables are read through a copy kept beside the staging database, and the
+// Access file itself is left as it was.
+TEST(ControllerStaging, AccessFileInTheSourceFolderIsStaged) {
+  const fs::path sample = fs::path(KEL_SHARED_DIR) / "fixtures" / "access" / "nwind.mdb";
+  if (!fs::exists(sample)) GTEST_SKIP() << "Faltan las bases de Access de prueba en " << sample.parent_path();
+  Session s;
+  const fs::path src = s.tmp / "origen";
+  fs::create_directories(src);
+  fs::copy_file(sample, src / "nwind.mdb");
+  const std::string before = TempDir::read(src / "nwind.mdb");
+  kel_test::write_file(s.prog / "a.fmt", "TipoBD=1\r\nBD=\r\nCargos|NOM(*.mdb)|cargos_access.sql|2\r\n");
+  kel_test::write_file(s.prog / "cargos_access.sql",
+                       "Insert Into Cargos (id_Cargo, Cargo, Laudo) Select ProductID, ProductName, UnitPrice "
+                       "From Products in '[BDOrigen]';\r\n");
+  auto c = s.start(s.company.string() + "*" + src.string() + "*0");
+  c->Form_Activate();
+  EXPECT_FALSE(s.preview.lblDatosCP_visible) << (s.ui.log.empty() ? "" : s.ui.log.back());
+  EXPECT_EQ(s.staged("SELECT count(*) || '/' || sum(Laudo > 0) FROM Cargos"), "77/77");
+  EXPECT_EQ(s.staged("SELECT Cargo FROM Cargos WHERE id_Cargo = 1"), "Chai");
+  EXPECT_EQ(TempDir::read(src / "nwind.mdb"), before);
+  bool cached = false;
+  for (const auto& e : fs::directory_iterator(s.staging_db.parent_path()))
+    cached = cached || e.path().string().ends_with(".origen.db");
+  EXPECT_TRUE(cached) << "the copy is kept beside the staging database";
 }
 
 }  // namespace

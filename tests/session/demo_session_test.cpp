@@ -4,6 +4,8 @@
 // concepts the source marks as totals; imported whole, both forms leave the
 // same KEL company.
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <map>
 
 #include "controller_fixture.h"
@@ -201,6 +203,56 @@ TEST(DemoSession, BothFormsImportWholeIntoTheSameKelCompany) {
     // The KEL file is left in its own journal mode.
     EXPECT_EQ(kel("PRAGMA journal_mode"), "delete");
   }
+}
+
+// True when the driver manager declares the SQLite ODBC driver as "SQLite3".
+bool sqlite_odbc_declared() {
+  bool found = false;
+  if (FILE* pipe = popen("odbcinst -q -d -n SQLite3 2>/dev/null", "r")) {
+    char line[256];
+    while (std::fgets(line, sizeof line, pipe)) found = found || std::string(line).rfind("Driver=", 0) == 0;
+    pclose(pipe);
+  }
+  return found;
+}
+
+// The demo's source database reached as an ODBC data source (format 2, the
+// tables found by name) stages what the database-file form stages, and a
+// data source without the format's tables leaves the staging database as it was.
+TEST(DemoSession, OdbcFormStagesTheSameDataAsTheDatabaseForm) {
+  if (!sqlite_odbc_declared()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite (libsqliteodbc)";
+  DemoCopy d;
+  const fs::path ini = d.tmp.path() / "odbc.ini";
+  kel_test::write_file(ini, "[kel_demo]\nDriver=SQLite3\nDatabase=" + (d.demo / "Origen_BD" / "origen.mdb").string() +
+                                "\n\n[kel_vacia]\nDriver=SQLite3\nDatabase=" + (d.tmp.path() / "vacia.db").string() +
+                                "\n");
+  kel_test::run_sqlite(d.tmp.path() / "vacia.db", "CREATE TABLE Otra (x INTEGER);");
+  setenv("ODBCINI", ini.string().c_str(), 1);
+
+  kel_test::RecordingUi ui;
+  const Counts from_odbc = d.stage("kel_demo", 2, ui);
+  EXPECT_TRUE(ui.log.empty()) << ui.log.front();
+  std::vector<std::string> digests;
+  for (const char* sql : kDigests) digests.push_back(kel_test::query_text(d.staging, sql));
+  expect_source_rows_staged(row_counts(d.demo / "Origen.mdb"), from_odbc);
+
+  const Counts from_db = d.stage(d.demo / "Origen_BD", 1, ui);
+  EXPECT_EQ(from_odbc, from_db);
+  for (std::size_t i = 0; i < digests.size(); ++i)
+    EXPECT_EQ(digests[i], kel_test::query_text(d.staging, kDigests[i])) << kDigests[i];
+
+  // No table of the format: said, and nothing staged is lost.
+  preview::StagedPreview preview;
+  mapping::MappingPanel mapping;
+  session::MainWindowController c(d.prog, ui, d.importer, preview, mapping);
+  c.Form_Load(d.company.string() + "*kel_vacia*2");
+  c.Form_Activate();
+  ASSERT_FALSE(ui.log.empty());
+  EXPECT_NE(ui.log.back().find("Ninguna tabla del origen de datos ODBC kel_vacia coincide"), std::string::npos)
+      << ui.log.back();
+  EXPECT_EQ(c.state.ChkOP, (std::array<bool, 5>{true, true, true, true, true}));
+  c.Form_Unload();
+  EXPECT_EQ(row_counts(d.staging), from_db);
 }
 
 }  // namespace

@@ -148,3 +148,26 @@ TEST(MatchFolder, MissingFolderFindsNothing) {
   EXPECT_EQ(r.total_lines, 0);
   EXPECT_EQ(chk, (std::array<bool, 5>{}));
 }
+
+TEST(MatchTables, DatabaseEntriesFindTheDataSourceTablesByName) {
+  ColArchsBD cat = Catalogue("Empleados|NOM(emp*.txt)|emp.sql|3\r\n",
+                             "Personas|NOM(personas)|p.sql|3\r\n"
+                             "Sueldos|NOM(sueldo*)-|s.sql|5\r\n"
+                             "Conceptos|NOM(conceptos)|c.sql|4\r\n"
+                             "Cargos|NOM(cargos)|k.sql|2\r\n");
+  cat.ColArchTablas("Cargos*2").Existe = true;  // left over from an earlier matching
+  std::array<bool, 5> chk = {true, true, true, false, true};
+  std::vector<std::string> matched;
+  const std::string text = "DSN=origen;";
+  MatchResult r = MatchTables(cat, {"SUELDOS_2024", "Personas", "emp_a.txt", "Liquidaciones"}, text, chk, &matched);
+  EXPECT_TRUE(cat.ColArchTablas("Personas*3").Existe);  // case aside
+  EXPECT_EQ(cat.ColArchTablas("Personas*3").Ruta, text);
+  // A negated test: the first table whose name does not start with "sueldo".
+  EXPECT_TRUE(cat.ColArchTablas("Sueldos*5").Existe);
+  EXPECT_FALSE(cat.ColArchTablas("Empleados*3").Existe) << "interchange entries are never found";
+  EXPECT_FALSE(cat.ColArchTablas("Conceptos*4").Existe) << "box not ticked";
+  EXPECT_FALSE(cat.ColArchTablas("Cargos*2").Existe) << "cleared, no table";
+  EXPECT_EQ(matched, (std::vector<std::string>{"Personas"}));
+  EXPECT_EQ(chk, (std::array<bool, 5>{false, false, true, false, true}));
+  EXPECT_EQ(r.total_lines, 2);
+}

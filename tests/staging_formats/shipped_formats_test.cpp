@@ -116,16 +116,18 @@ TEST(ShippedFormats, ConfImpListsBothFormats) {
   const std::string text = settings::ReadText(std::filesystem::path(KEL_SOURCE_DIR) / "formats" / "ConfIMP.ini");
   settings::FormatsTable table;
   for (const auto& line : settings::SplitLines(text)) settings::ParseLine(line, table);
-  ASSERT_EQ(table.size(), 2u);
+  ASSERT_EQ(table.size(), 3u);
   EXPECT_EQ(table.cell(0, 0), "Archivos de intercambio (CSV)");
   EXPECT_EQ(table.cell(1, 0), "Base de datos (carpeta)");
+  EXPECT_EQ(table.cell(2, 0), "Origen de datos ODBC");
   const std::filesystem::path program = std::filesystem::path(KEL_SOURCE_DIR) / "formats";
-  for (int i = 0; i < 2; ++i) {
+  for (int i = 0; i < 3; ++i) {
     const std::string format = settings::ReadText(program / table.cell(i, 1));
     EXPECT_EQ(settings::KeyValue(format, "TablaNoBorrar"), "RelacConc,RelacTLiq,TiposRemuneracion,CobraPor");
     EXPECT_EQ(settings::SplitLines(settings::KeyValue(format, "Relaciones")).size(), 7u);
   }
   EXPECT_EQ(settings::KeyValue(settings::ReadText(program / table.cell(1, 1)), "TipoBD"), "1");
+  EXPECT_EQ(settings::KeyValue(settings::ReadText(program / table.cell(2, 1)), "TipoBD"), "0");
 }
 
 TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {

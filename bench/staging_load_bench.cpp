@@ -2,13 +2,17 @@
 // source company in the CSV interchange form.
 //
 //   bench_staging_load [--employees N] [--years Y] [--format csv|bd] [--keep CARPETA]
+//                      [--source CARPETA] [--once 1]
 //
 // Generates the demo source company (default 1000 employees, 10 years) as
 // CSV files (or as an interchange database), makes a fresh staging database
 // from the staging schema, matches the folder against the shipped format and
 // runs CargarDatos (twice: a first load and a reload over it), printing the
 // time of each phase, the rows staged per
-// table and rows per second. A plain timing program: one run of minutes does
+// table and rows per second. With --source the files of that folder are
+// loaded instead of generated ones (the staging database goes to --keep, or
+// a temporary folder), and with --once only the first load runs: that is
+// how bench/staging_vs_import.sh times the load alone. A plain timing program: one run of minutes does
 // not fit a micro-benchmark framework.
 #include <sqlite3.h>
 
@@ -63,12 +67,16 @@ int main(int argc, char** argv) {
   options.years = 10;
   std::string form = "csv";
   std::filesystem::path keep;
+  std::filesystem::path given_source;
+  bool once = false;
   for (int i = 1; i + 1 < argc; i += 2) {
     std::string arg = argv[i];
     if (arg == "--employees") options.employees = std::atoi(argv[i + 1]);
     else if (arg == "--years") options.years = std::atoi(argv[i + 1]);
     else if (arg == "--format") form = argv[i + 1];
     else if (arg == "--keep") keep = argv[i + 1];
+    else if (arg == "--source") given_source = argv[i + 1];
+    else if (arg == "--once") once = std::atoi(argv[i + 1]) != 0;
     else {
       std::fprintf(stderr, "Opción desconocida: %s\n", argv[i]);
       return 1;
@@ -77,22 +85,26 @@ int main(int argc, char** argv) {
   const std::filesystem::path dir =
       keep.empty() ? std::filesystem::temp_directory_path() / "kel_staging_bench" : keep;
   std::filesystem::remove_all(dir);
-  std::filesystem::create_directories(dir / "origen");
+  const std::filesystem::path origin = given_source.empty() ? dir / "origen" : given_source;
+  std::filesystem::create_directories(dir);
+  std::filesystem::create_directories(origin);
   const std::filesystem::path source_dir = KEL_SOURCE_DIR;
 
   try {
     auto t = Clock::now();
-    if (form == "csv") {
+    if (!given_source.empty()) {
+      std::printf("Origen: %s\n", origin.string().c_str());
+    } else if (form == "csv") {
       demo::write_source_csv(options, dir / "origen");
     } else {
-      demo::SqliteWriter writer((dir / "origen" / "origen.mdb").string(), {(source_dir / "schema/pasaje.sql").string()});
+      demo::SqliteWriter writer((origin / "origen.mdb").string(), {(source_dir / "schema/pasaje.sql").string()});
       demo::generate_source(options, demo::plan_staff(options), writer);
       writer.finish();
     }
-    std::printf("Origen (%s) de %d empleados x %d años generado en %.1f s\n", form.c_str(), options.employees,
+    if (given_source.empty()) std::printf("Origen (%s) de %d empleados x %d años generado en %.1f s\n", form.c_str(), options.employees,
                 options.years, Since(t));
     std::uintmax_t bytes = 0;
-    for (const auto& f : std::filesystem::directory_iterator(dir / "origen")) bytes += f.file_size();
+    for (const auto& f : std::filesystem::directory_iterator(origin)) bytes += f.file_size();
     std::printf("Tamaño del origen: %.1f MB\n", static_cast<double>(bytes) / 1e6);
 
     const std::filesystem::path staging_path = dir / "Pasaje.mdb";
@@ -106,7 +118,7 @@ int main(int argc, char** argv) {
     staging::AddEntriesFromKey(catalogue, settings::KeyValue(format, "BD"), false, "BD", &warnings);
     std::array<bool, 5> boxes = {true, true, true, true, true};
     t = Clock::now();
-    staging::MatchResult match = staging::MatchFolder(catalogue, dir / "origen", boxes);
+    staging::MatchResult match = staging::MatchFolder(catalogue, origin, boxes);
     std::printf("Búsqueda de archivos: %.1f s (%lld líneas)\n", Since(t), match.total_lines);
 
     db::SqliteConnection connection;
@@ -140,9 +152,11 @@ int main(int argc, char** argv) {
     std::printf("CargarDatos: %.1f s, %lld filas en la base auxiliar, %.0f filas/s\n", seconds, staged,
                 seconds > 0 ? static_cast<double>(staged) / seconds : 0.0);
     // Pressing the refresh button again: everything is emptied and loaded anew.
-    t = Clock::now();
-    staging::CargarDatos(load);
-    std::printf("Recarga (vaciar y cargar de nuevo): %.1f s\n", Since(t));
+    if (!once) {
+      t = Clock::now();
+      staging::CargarDatos(load);
+      std::printf("Recarga (vaciar y cargar de nuevo): %.1f s\n", Since(t));
+    }
   } catch (const std::exception& e) {
     std::fprintf(stderr, "Error: %s\n", e.what());
     return 2;

@@ -3,6 +3,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 
 namespace staging {
 
@@ -13,6 +14,35 @@ std::string_view Trimmed(std::string_view s) {
   while (b < e && (s[b] == ' ' || s[b] == '\t')) ++b;
   while (e > b && (s[e - 1] == ' ' || s[e - 1] == '\t')) --e;
   return s.substr(b, e - b);
+}
+
+// A plain decimal ("-1234.56", already checked) of at most 15 digits: its
+// digits are a whole number a double holds exactly, and dividing it by an
+// exact power of ten rounds once, correctly — the same double a full parse
+// gives, found several times faster (amounts are most of a payroll file).
+bool FastDecimal(std::string_view s, double* out) {
+  static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                       1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  bool negative = false;
+  if (!s.empty() && s.front() == '-') {
+    negative = true;
+    s.remove_prefix(1);
+  }
+  std::uint64_t whole = 0;
+  int digits = 0, decimals = 0;
+  bool after_point = false;
+  for (char c : s) {
+    if (c == '.') {
+      after_point = true;
+      continue;
+    }
+    if (++digits > 15) return false;
+    whole = whole * 10 + static_cast<std::uint64_t>(c - '0');
+    if (after_point) ++decimals;
+  }
+  double value = static_cast<double>(whole) / kPowers[decimals];
+  *out = negative ? -value : value;
+  return true;
 }
 
 // A decimal number ("-12", "3.25", "+4", "1.5E+05") with "." as separator.
@@ -38,6 +68,7 @@ bool ParseReal(std::string_view s, double* out) {
     }
   }
   if (!digit || points > 1 || (in_exponent && !exponent_digit)) return false;
+  if (!in_exponent && FastDecimal(s, out)) return true;
   auto result = std::from_chars(s.data(), s.data() + s.size(), *out);
   return result.ec == std::errc() && result.ptr == s.data() + s.size();
 }

@@ -25,11 +25,13 @@ std::size_t SequenceLength(unsigned char c) {
 }  // namespace
 
 RecordReader::RecordReader(std::string_view text, const settings::DataFileLayout& layout)
-    : text_(text), layout_(layout) {
-  for (int i = 0; i < layout_.skip_lines && pos_ < text_.size(); ++i) {
-    while (pos_ < text_.size() && !at_line_end()) ++pos_;
-    skip_line_break();
-  }
+    : text_(text), layout_(layout), to_skip_(layout.skip_lines) {}
+
+void RecordReader::set_window(std::string_view text, std::size_t dropped, bool last) {
+  text_ = text;
+  pos_ -= dropped;
+  last_ = last;
+  needs_more_ = false;
 }
 
 bool RecordReader::at_line_end() const { return text_[pos_] == '\n' || text_[pos_] == '\r'; }
@@ -52,6 +54,26 @@ bool RecordReader::next() {
   quoted_.clear();
   scratch_.clear();
   unterminated_ = false;
+  needs_more_ = false;
+  const std::size_t start_pos = pos_, start_line = line_;
+  const int start_skip = to_skip_;
+  // Past the end of a window that is not the file's last, nothing read is
+  // sure (a CR may be followed by LF, a field may go on): start again later.
+  auto want_more = [&] {
+    pos_ = start_pos;
+    line_ = start_line;
+    to_skip_ = start_skip;
+    fields_.clear();
+    quoted_.clear();
+    scratch_.clear();
+    needs_more_ = true;
+    return false;
+  };
+  for (; to_skip_ > 0 && pos_ < text_.size(); --to_skip_) {
+    while (pos_ < text_.size() && !at_line_end()) ++pos_;
+    skip_line_break();
+  }
+  if (to_skip_ > 0 && !last_) return want_more();
   // Blank lines (only blanks, or nothing) are not records.
   while (pos_ < text_.size()) {
     std::size_t p = pos_;
@@ -60,9 +82,11 @@ bool RecordReader::next() {
     pos_ = p;
     skip_line_break();
   }
-  if (pos_ >= text_.size()) return false;
+  if (pos_ >= text_.size()) return last_ ? false : want_more();
   record_line_ = line_;
-  return layout_.fixed_width ? next_fixed() : next_delimited();
+  bool read = layout_.fixed_width ? next_fixed() : next_delimited();
+  if (!last_ && pos_ >= text_.size()) return want_more();
+  return read;
 }
 
 bool RecordReader::next_fixed() {

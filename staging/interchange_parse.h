@@ -12,6 +12,12 @@
 // Blank lines are skipped. Fields are views into the text (or into the
 // reader's own buffers for quoted fields with doubled quotes): they stay valid
 // until the next call of next().
+//
+// Streaming: the text may be a window on a longer file (set_window). A record
+// that runs to the end of a window that is not the file's last is not taken:
+// next() returns false with needs_more(), the caller moves the unread part
+// (from consumed()) to the front of its buffer, appends more text and gives
+// the new window.
 #pragma once
 
 #include <cstddef>
@@ -31,8 +37,18 @@ class RecordReader {
   // record for the reader (the caller takes it).
   RecordReader(std::string_view text, const settings::DataFileLayout& layout);
 
-  // Reads the next record; false at the end of the text.
+  // Reads the next record; false at the end of the text (or, see
+  // needs_more(), at the end of a window that is not the last).
   bool next();
+
+  // The record ahead may go past the window: give a longer one.
+  bool needs_more() const { return needs_more_; }
+  // Offset in the window of the first byte not yet read.
+  std::size_t consumed() const { return pos_; }
+  // A new window: `dropped` bytes of the old one were moved out from its
+  // front (the window now starts at the old window's offset `dropped`);
+  // `last` says the window ends where the file ends.
+  void set_window(std::string_view text, std::size_t dropped, bool last);
 
   const std::vector<std::string_view>& fields() const { return fields_; }
   // Per field: it was written between quotes (so "" is an empty text, while
@@ -54,6 +70,9 @@ class RecordReader {
   std::string_view text_;
   const settings::DataFileLayout& layout_;
   std::size_t pos_ = 0;
+  int to_skip_ = 0;    // skipped lines still ahead
+  bool last_ = true;   // the window ends where the file ends
+  bool needs_more_ = false;
   std::size_t line_ = 1;
   std::size_t record_line_ = 0;
   bool unterminated_ = false;

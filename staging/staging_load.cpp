@@ -23,27 +23,40 @@ namespace {
 constexpr int kStatementWarningsPerEntry = 5;
 
 // Page cache of the staging connection while it loads (negative: KiB). The
-// liquidation lines go into tables with several indexes; with SQLite's small
-// default cache every index page is written and read back many times.
-constexpr const char* kLoadCacheKiB = "-262144";
+// liquidation lines go into tables with indexes whose keys arrive nearly in
+// order (header) or take few values (concept), so the pages being written
+// stay in a cache of this size; a larger one bought nothing measurable, and
+// memory must stay flat. (Dropping those indexes before the insert and
+// building them after it was measured too: the sorts cost more CPU and
+// memory than they saved.)
+constexpr const char* kLoadCacheKiB = "-65536";
 
-// Gives the SQLite staging connection a large page cache and keeps the
-// data-file tables in memory while the load runs, and puts the settings back
-// afterwards, whatever happens.
+// Gives the SQLite staging connection a larger page cache while the load
+// runs, and puts the setting back afterwards, whatever happens. The data
+// files are read in place (interchange_table.h), so nothing else is held in
+// memory.
 class LoadTuning {
  public:
   explicit LoadTuning(db::Connection* connection) : sqlite_(dynamic_cast<db::SqliteConnection*>(connection)) {
     if (!sqlite_ || !sqlite_->handle()) return;
     cache_size_ = Pragma("cache_size");
-    temp_store_ = Pragma("temp_store");
     Set("cache_size", kLoadCacheKiB);
-    Set("temp_store", "2");
-
+    // Through a write-ahead log every page is written twice (the log, then
+    // the file); a rollback journal copies only the pages that held data
+    // before the transaction, and the load writes into pages it has just
+    // emptied or appended. Both keep the file whole when the load is killed.
+    // The switch needs the file to itself: when another connection has it
+    // open the log stays, and only speed is lost.
+    // Named "main.": without it the pragma would switch the source databases
+    // the statements attached as well.
+    journal_ = Pragma("main.journal_mode");
+    if (settings::IEquals(journal_, "wal")) Set("main.journal_mode", "TRUNCATE");
+    else journal_.clear();
   }
   ~LoadTuning() {
     if (!sqlite_ || !sqlite_->handle()) return;
     if (!cache_size_.empty()) Set("cache_size", cache_size_);
-    if (!temp_store_.empty()) Set("temp_store", temp_store_);
+    if (!journal_.empty()) Set("main.journal_mode", journal_);
   }
   LoadTuning(const LoadTuning&) = delete;
   LoadTuning& operator=(const LoadTuning&) = delete;
@@ -67,7 +80,7 @@ class LoadTuning {
 
   db::SqliteConnection* sqlite_;
   std::string cache_size_;
-  std::string temp_store_;
+  std::string journal_;  // the mode to go back to; empty: unchanged
 };
 
 void Progress(StagingLoad& load, float value) {
@@ -300,23 +313,20 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
     }
   }
 
-  std::string data_table;
+  DataTable data;
+  std::string data_table;  // the entry's interchange table, when its data file opened
   if (entry.TipoAR && file.layout()) {
     if (!sqlite) {
       load.warnings.push_back(file_name + ": los archivos de datos solo se leen en una base auxiliar SQLite");
     } else {
-      DataFileLoad data = LoadDataFile(*sqlite, file.data_file(), *file.layout());
-      load.stats.data_rows += data.rows;
-      load.stats.bad_values += data.bad_values;
-      for (auto& w : data.warnings) load.warnings.push_back(std::move(w));
-      for (auto& w : data.notes) load.notes.push_back(std::move(w));
-      if (data.ok) {
+      data = OpenDataTable(*sqlite, file.data_file(), *file.layout());
+      if (data.ok()) {
         data_table = file.layout()->table;
       } else {
         // Its statements would only fail on the missing table: the entry is
         // skipped, with the data file's own reason.
         ++load.stats.entries_skipped;
-        load.warnings.push_back(data.error + "; no se cargó " + SourceName(entry));
+        load.warnings.push_back(data.error() + "; no se cargó " + SourceName(entry));
         texts.clear();
       }
     }
@@ -381,7 +391,13 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
     load.warnings.push_back(file_name + ": " + std::to_string(reported - kStatementWarningsPerEntry) +
                             " sentencias más fallaron");
   }
-  if (!data_table.empty()) DropDataTable(*sqlite, data_table);
+  if (sqlite) {
+    DataFileLoad read = data.Close();
+    load.stats.data_rows += read.rows;
+    load.stats.bad_values += read.bad_values;
+    for (auto& w : read.warnings) load.warnings.push_back(std::move(w));
+    for (auto& n : read.notes) load.notes.push_back(std::move(n));
+  }
   if (transaction) {
     try {
       sqlite->commit_transaction();

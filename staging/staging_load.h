@@ -4,8 +4,8 @@
 // The load walks the format's catalogue; every entry whose source was found
 // has its statement file loaded, its statements expanded (staging/template.h)
 // and run on the staging connection. An interchange entry whose statement file
-// describes its data file (@ARCHIVO) first has that file read into a TEMP
-// table (staging/interchange_table.h) that its statements read.
+// describes its data file (@ARCHIVO) first has that file opened as a TEMP
+// virtual table (staging/interchange_table.h) that its statements read.
 //
 // Errors: nothing is caught until the first statement of the whole load is
 // about to run, so an unreadable table catalogue, a refused "Delete * From",
@@ -37,7 +37,8 @@
 // rest of the table loads.
 //
 // Speed: on a SQLite staging connection each entry runs in one transaction
-// (its data-file rows and its statements). The databases the entry's
+// (its statements, reading its data file in place), with a rollback journal
+// rather than a write-ahead log while the load runs. The databases the entry's
 // statements name with `in '<path>'` are attached before the transaction
 // starts, since SQLite cannot attach inside one.
 #pragma once

@@ -2,6 +2,9 @@
 // and fields, and converting typed fields.
 #include <gtest/gtest.h>
 
+#include <charconv>
+#include <cstdint>
+#include <cstring>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -141,6 +144,108 @@ TEST(InterchangeDecode, DetectsAndForcesEncodings) {
   EXPECT_EQ(bytes, "A;B");
 }
 
+// Auto-detection: a UTF-8 file with a few stray bytes stays UTF-8 (each stray
+// byte read as Windows-1252, and the user told where); only a file with no
+// valid UTF-8 sequence at all is Windows-1252.
+TEST(InterchangeDecode, StrayBytesInUtf8) {
+  struct Case {
+    std::string bytes, text, warning;
+    TextEncoding found;
+  };
+  const std::vector<Case> cases = {
+      {"Año;Muñoz\nPe\xF1" "a\n", "Año;Muñoz\nPeña\n", "línea 2", TextEncoding::Utf8},
+      {"Pe\xF1" "a\nAño\n", "Peña\nAño\n", "línea 1", TextEncoding::Utf8},
+      {"\xEF\xBB\xBFId\nPe\xF1" "a\n", "Id\nPeña\n", "línea 2", TextEncoding::Utf8Bom},  // the mark says UTF-8
+      {"Pe\xF1" "a\nMu\xF1oz\n", "Peña\nMuñoz\n", "", TextEncoding::Windows1252},
+      {"x\xC3", "xÃ", "", TextEncoding::Windows1252},  // a sequence cut by the end is not one
+      {"é\xC3", "éÃ", "línea 1", TextEncoding::Utf8},
+  };
+  for (const Case& c : cases) {
+    std::string bytes = c.bytes, error, warning;
+    TextEncoding found = TextEncoding::Utf16Le;
+    ASSERT_TRUE(DecodeDataFile(bytes, std::nullopt, "p.csv", &found, &error, &warning)) << c.bytes;
+    EXPECT_EQ(bytes, c.text);
+    EXPECT_EQ(found, c.found) << c.bytes;
+    if (c.warning.empty()) {
+      EXPECT_EQ(warning, "") << c.bytes;
+    } else {
+      EXPECT_NE(warning.find("p.csv"), std::string::npos) << warning;
+      EXPECT_NE(warning.find(c.warning), std::string::npos) << warning;
+    }
+  }
+}
+
+// Files are looked at and decoded block by block: any cut between blocks
+// gives what the whole file gives.
+TEST(InterchangeDecode, BlocksGiveWhatTheWholeFileGives) {
+  const std::vector<std::string> files = {"Año;Muñoz\nPe\xF1" "a €\n\xF0\x9F\x98\x80;\xE2\x82\n\xC3",
+                                          "Pe\xF1" "a\r\nMu\xF1oz\n"};
+  for (const std::string& bytes : files) {
+    staging::EncodingScanner whole_scan;
+    whole_scan.feed(bytes);
+    whole_scan.finish();
+    for (auto decoding : {staging::ByteDecoding::Utf8Mixed, staging::ByteDecoding::Windows1252}) {
+      std::string whole;
+      staging::ChunkDecoder(decoding).decode(bytes, true, whole);
+      for (std::size_t block = 1; block <= 5; ++block) {
+        staging::EncodingScanner scan;
+        staging::ChunkDecoder decoder(decoding);
+        std::string out;
+        for (std::size_t at = 0; at < bytes.size(); at += block) {
+          scan.feed(std::string_view(bytes).substr(at, block));
+          decoder.decode(std::string_view(bytes).substr(at, block), at + block >= bytes.size(), out);
+        }
+        scan.finish();
+        EXPECT_EQ(out, whole) << "block " << block;
+        EXPECT_EQ(scan.first_bad_line(), whole_scan.first_bad_line()) << "block " << block;
+        EXPECT_EQ(scan.has_valid_multibyte(), whole_scan.has_valid_multibyte()) << "block " << block;
+      }
+    }
+  }
+}
+
+// The record reader on windows of a longer text (as the file reader gives
+// them) reads what it reads from the whole text, at every cut.
+TEST(InterchangeParse, WindowsGiveWhatTheWholeTextGives) {
+  DataFileLayout delimited;
+  delimited.skip_lines = 1;
+  DataFileLayout fixed;
+  fixed.fixed_width = true;
+  fixed.columns = {Col("a", ColumnType::Text, 2), Col("b", ColumnType::Text, 3)};
+  const std::vector<std::pair<DataFileLayout, std::string>> cases = {
+      {delimited, "saltada\r\n1;\"dos\r\nlíneas\";\"a\"\"b\"\r\n\r\n  \n3; x ;\r4;\"abierta"},
+      {delimited, "s\n\n\n1;2\n"},
+      {fixed, "ññabc\r\nxyz\r\n\r\nab"},
+  };
+  for (const auto& [layout, text] : cases) {
+    std::vector<std::size_t> whole_lines;
+    const Records whole = ReadAll(text, layout, &whole_lines);
+    for (std::size_t block = 1; block <= 9; ++block) {
+      Records got;
+      std::vector<std::size_t> lines;
+      std::string buffer;
+      std::size_t fed = 0;
+      RecordReader reader(std::string_view(), layout);
+      reader.set_window(buffer, 0, false);
+      for (;;) {
+        if (reader.next()) {
+          got.emplace_back(reader.fields().begin(), reader.fields().end());
+          lines.push_back(reader.line());
+          continue;
+        }
+        if (!reader.needs_more()) break;
+        const std::size_t dropped = reader.consumed();
+        buffer.erase(0, dropped);
+        buffer += text.substr(fed, block);
+        fed = std::min(text.size(), fed + block);
+        reader.set_window(buffer, dropped, fed >= text.size());
+      }
+      EXPECT_EQ(got, whole) << "block " << block << " of " << text;
+      EXPECT_EQ(lines, whole_lines) << "block " << block << " of " << text;
+    }
+  }
+}
+
 namespace {
 
 // A converted field as text: "!" when refused, "null", "i:<n>", "r:<x>" or "t:<text>".
@@ -186,4 +291,31 @@ TEST(InterchangeConvert, TypedFieldsAndBadValues) {
       {"", text, '.', true, "t:"}, {"", integer, '.', true, "null"},
   };
   for (const Case& c : cases) EXPECT_EQ(Convert(c.field, c.column, c.decimal, c.quoted), c.expected) << c.field;
+}
+
+// Real fields give exactly the double a full correctly rounded parse gives,
+// on the short path for plain decimals and the long one for the rest.
+TEST(InterchangeConvert, RealsMatchAFullParseBitForBit) {
+  std::vector<std::string> texts = {"0.1", "-0.0", "1234567.89", "999999999999999", "0.000000000000001",
+                                    "123456789012.345", "1234567890123456.7", "1.5E+05", "-3.3333333333333",
+                                    "0.30000000000000004", "2.675", "1e-7"};
+  std::uint64_t x = 88172645463325252ULL;  // a fixed xorshift sequence of amounts
+  for (int i = 0; i < 2000; ++i) {
+    x ^= x << 13;
+    x ^= x >> 7;
+    x ^= x << 17;
+    std::string digits = std::to_string(x % 100000000000000ULL);
+    const std::size_t point = x % (digits.size() + 1);
+    if (point < digits.size()) digits.insert(digits.size() - point, ".");
+    if (digits.front() == '.') digits.insert(0, "0");
+    texts.push_back((i % 3 ? "" : "-") + digits);
+  }
+  DataColumn real = Col("Monto", ColumnType::Real);
+  for (const std::string& text : texts) {
+    FieldValue v;
+    ASSERT_TRUE(ConvertField(text, real, '.', v)) << text;
+    double expected = 0;
+    std::from_chars(text.data(), text.data() + text.size(), expected);
+    EXPECT_EQ(std::memcmp(&v.real, &expected, sizeof expected), 0) << text << " " << v.real << " " << expected;
+  }
 }

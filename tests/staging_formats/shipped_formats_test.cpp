@@ -66,6 +66,40 @@ std::string FirstRow(db::SqliteConnection& c, const std::string& sql) {
   return out;
 }
 
+// Every row of a table as text, in rowid order, each value written by
+// quote() so that 1, 1.0 and '1' differ: the table byte for byte.
+std::string TableText(db::SqliteConnection& c, const std::string& schema, const std::string& table) {
+  std::string columns;
+  sqlite3_stmt* stmt = nullptr;
+  sqlite3_prepare_v2(c.handle(), ("SELECT name FROM pragma_table_xinfo('" + table + "', '" + schema + "')").c_str(), -1,
+                     &stmt, nullptr);
+  while (sqlite3_step(stmt) == SQLITE_ROW) {
+    columns += std::string(columns.empty() ? "" : " || '|' || ") + "quote(\"" +
+               reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)) + "\")";
+  }
+  sqlite3_finalize(stmt);
+  std::string sql = "SELECT " + columns + " FROM " + schema + ".\"" + table + "\" ORDER BY rowid";
+  std::string out;
+  if (sqlite3_prepare_v2(c.handle(), sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) return sqlite3_errmsg(c.handle());
+  while (sqlite3_step(stmt) == SQLITE_ROW) out += reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)) + std::string("\n");
+  sqlite3_finalize(stmt);
+  return out;
+}
+
+// The names and definitions of a database's indexes.
+std::string Indexes(db::SqliteConnection& c, const std::string& schema) {
+  std::string out;
+  sqlite3_stmt* stmt = nullptr;
+  sqlite3_prepare_v2(c.handle(),
+                     ("SELECT name || ' ' || ifnull(sql, '') FROM " + schema +
+                      ".sqlite_master WHERE type = 'index' ORDER BY name")
+                         .c_str(),
+                     -1, &stmt, nullptr);
+  while (sqlite3_step(stmt) == SQLITE_ROW) out += reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)) + std::string("\n");
+  sqlite3_finalize(stmt);
+  return out;
+}
+
 // The KEL concept the format relates to a TotalBPS mark, by the order of the
 // format's Relaciones rows (the run's relation ids).
 int RelationFor(const FormatRun& run, char mark) {
@@ -171,12 +205,26 @@ TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {
         << table << ": " << FirstRow(a, only_csv) << " / " << FirstRow(a, "SELECT * FROM bd." + table + " EXCEPT SELECT * FROM main." + table);
     EXPECT_EQ(Count(a, "SELECT count(*) FROM (SELECT * FROM bd." + table + " EXCEPT SELECT * FROM main." + table + ")"), 0)
         << table;
+    // Value by value, types included.
+    const std::string csv_text = TableText(a, "main", table);
+    EXPECT_TRUE(csv_text == TableText(a, "bd", table)) << table << " differs between the CSV and database forms";
     auto written = rows.find(table);
     bool staged_by_format = table != "RelacConc" && table != "RelacTLiq";
     if (written != rows.end() && staged_by_format) {
       EXPECT_EQ(n, written->second) << table;
     }
   }
+  // The load leaves every index the schema makes.
+  const std::string schema = settings::ReadText(std::filesystem::path(KEL_SOURCE_DIR) / "schema" / "pasaje.sql");
+  int indexes = 0;
+  for (std::size_t at = 0; (at = schema.find("CREATE INDEX ", at)) != std::string::npos; ++indexes) {
+    const std::size_t end = schema.find(';', at);
+    const std::string create = schema.substr(at, end - at);
+    at = end;
+    EXPECT_NE(Indexes(a, "main").find(create), std::string::npos) << create;
+    EXPECT_NE(Indexes(a, "bd").find(create), std::string::npos) << create;
+  }
+  EXPECT_GE(indexes, 7);
   for (const char* t : {"Empresa", "Cargos", "Personas", "Contrato", "Declaraciones", "Conceptos",
                         "TiposLiquidacion", "Encabezados", "Datos_Liquidacion", "Cotizacion"}) {
     EXPECT_GT(Count(a, std::string("SELECT count(*) FROM main.") + t), 0) << t;

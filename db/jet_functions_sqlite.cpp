@@ -447,6 +447,31 @@ constexpr Registration kFunctions[] = {
     {"jet_imp", 2, udf2<fn::Imp>, true},
 };
 
+
+// jet_one(x): the single value of a subquery used as a value; a second row
+// is Jet's error. Null when there is no row.
+struct OneValue {
+  sqlite3_value* value;
+  bool seen;
+};
+
+void one_step(sqlite3_context* ctx, int, sqlite3_value** argv) {
+  auto* state = static_cast<OneValue*>(sqlite3_aggregate_context(ctx, sizeof(OneValue)));
+  if (state == nullptr) return sqlite3_result_error_nomem(ctx);
+  if (state->seen) {
+    return sqlite3_result_error(ctx, "Como máximo, esta subconsulta puede devolver un registro", -1);
+  }
+  state->seen = true;
+  state->value = sqlite3_value_dup(argv[0]);
+}
+
+void one_final(sqlite3_context* ctx) {
+  auto* state = static_cast<OneValue*>(sqlite3_aggregate_context(ctx, 0));
+  if (state == nullptr || !state->seen) return sqlite3_result_null(ctx);
+  sqlite3_result_value(ctx, state->value);
+  sqlite3_value_free(state->value);
+}
+
 }  // namespace
 
 void register_jet_functions(sqlite3* db) {
@@ -455,6 +480,10 @@ void register_jet_functions(sqlite3* db) {
     int rc = sqlite3_create_function_v2(db, r.name, r.argc, flags, nullptr, r.callback, nullptr, nullptr, nullptr);
     if (rc != SQLITE_OK)
       throw Error(std::string("No se pudo registrar la función ") + r.name + ": " + sqlite3_errmsg(db));
+  }
+  if (sqlite3_create_function_v2(db, "jet_one", 1, SQLITE_UTF8 | SQLITE_INNOCUOUS | SQLITE_DETERMINISTIC,
+                                 nullptr, nullptr, one_step, one_final, nullptr) != SQLITE_OK) {
+    throw Error(std::string("No se pudo registrar la función jet_one: ") + sqlite3_errmsg(db));
   }
 }
 

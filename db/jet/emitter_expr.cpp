@@ -67,6 +67,13 @@ std::string Call2(const char* function, const std::string& a, const std::string&
   return std::string(function) + "(" + a + ", " + b + ")";
 }
 
+bool IsAggregate(std::string_view name) {
+  for (const char* aggregate : {"Max", "Min", "Sum", "Count", "Avg"}) {
+    if (SameName(name, aggregate)) return true;
+  }
+  return false;
+}
+
 bool IsNumberLiteral(const Expr& e) {
   if (e.kind == ExprKind::kNumber) return true;
   return e.kind == ExprKind::kUnary && e.op == Op::kNeg && e.args[0]->kind == ExprKind::kNumber;
@@ -121,8 +128,23 @@ std::string Emitter::Value(const Expr& e) {
       return SqliteIdentifier(e.name.text);
     case ExprKind::kStar:
       FailUnsupported(source_, e.pos, "'*' dentro de una expresión");
-    case ExprKind::kSubquery:
-      return "(" + EmitSelect(*e.select) + ")";
+    case ExprKind::kSubquery: {
+      // Jet stops when a subquery used as a value gives several rows; SQLite
+      // would take the first. jet_one, an aggregate, fails on a second row;
+      // the CTE names the single column whatever the select calls it.
+      // A select without FROM, with Top 1, or of one aggregate without Group
+      // By gives one row at most and is left as it is.
+      const Select& sub = *e.select;
+      bool checkable = sub.unions.empty() && sub.items.size() == 1 &&
+                       sub.items[0].expr->kind != ExprKind::kStar;
+      const Expr& item = *sub.items[0].expr;
+      bool one_row = sub.from.empty() || (sub.top && *sub.top == "1") ||
+                     (sub.group_by.empty() && item.kind == ExprKind::kCall &&
+                      IsAggregate(item.text));
+      if (!checkable || one_row) return "(" + EmitSelect(sub) + ")";
+      // Doubled parentheses: callers strip one pair from an operand.
+      return "((WITH jet_sub(v) AS (" + EmitSelect(sub) + ") SELECT jet_one(v) FROM jet_sub))";
+    }
     case ExprKind::kCall:
       return Call(e, false);
     case ExprKind::kUnary:

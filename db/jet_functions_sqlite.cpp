@@ -10,6 +10,7 @@
 #include "db/jet_functions_sqlite.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -97,6 +98,29 @@ void udf4(sqlite3_context* ctx, int, sqlite3_value** argv) {
 }
 
 // ---- Fast paths ---------------------------------------------------------
+
+// + - * / of two SQLite numbers, the common case of every transfer row, done
+// without building values; texts, dates, Nulls, overflow and division by
+// zero go through the strict functions of functions_arith.cpp.
+template <int kOp, Value (*F)(const Value&, const Value&)>
+void fast_arith(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
+  int ta = sqlite3_value_type(argv[0]);
+  int tb = sqlite3_value_type(argv[1]);
+  if (ta == SQLITE_INTEGER && tb == SQLITE_INTEGER && kOp != 3) {
+    sqlite3_int64 a = sqlite3_value_int64(argv[0]), b = sqlite3_value_int64(argv[1]), r = 0;
+    bool overflowed = kOp == 0   ? __builtin_add_overflow(a, b, &r)
+                      : kOp == 1 ? __builtin_sub_overflow(a, b, &r)
+                                 : __builtin_mul_overflow(a, b, &r);
+    if (!overflowed) return sqlite3_result_int64(ctx, r);
+  } else if ((ta == SQLITE_INTEGER || ta == SQLITE_FLOAT) &&
+             (tb == SQLITE_INTEGER || tb == SQLITE_FLOAT)) {
+    double a = sqlite3_value_double(argv[0]), b = sqlite3_value_double(argv[1]);
+    double r = kOp == 0 ? a + b : kOp == 1 ? a - b : kOp == 2 ? a * b : (b != 0 ? a / b : 0.0);
+    if (std::isfinite(r) && (kOp != 3 || b != 0)) return sqlite3_result_double(ctx, r);
+  }
+  udf2<F>(ctx, argc, argv);
+}
+
 
 // An argument's text without copying SQLite's: texts in place, numbers as
 // CStr writes them into a small buffer.
@@ -407,6 +431,11 @@ constexpr Registration kFunctions[] = {
     {"jet_timevalue", 1, udf1<fn::TimeValue>, true},
     {"jet_concat", 2, safe<fast_concat>, true},
     {"jet_like", 2, safe<fast_like>, true},
+    {"jet_add", 2, fast_arith<0, fn::Add>, true},
+    {"jet_sub", 2, fast_arith<1, fn::Sub>, true},
+    {"jet_mul", 2, fast_arith<2, fn::Mul>, true},
+    {"jet_div", 2, fast_arith<3, fn::Div>, true},
+    {"jet_neg", 1, udf1<fn::Neg>, true},
     {"jet_intdiv", 2, udf2<fn::IntDiv>, true},
     {"jet_mod", 2, udf2<fn::Mod>, true},
     {"jet_pow", 2, udf2<fn::Pow>, true},
@@ -418,6 +447,31 @@ constexpr Registration kFunctions[] = {
     {"jet_imp", 2, udf2<fn::Imp>, true},
 };
 
+
+// jet_one(x): the single value of a subquery used as a value; a second row
+// is Jet's error. Null when there is no row.
+struct OneValue {
+  sqlite3_value* value;
+  bool seen;
+};
+
+void one_step(sqlite3_context* ctx, int, sqlite3_value** argv) {
+  auto* state = static_cast<OneValue*>(sqlite3_aggregate_context(ctx, sizeof(OneValue)));
+  if (state == nullptr) return sqlite3_result_error_nomem(ctx);
+  if (state->seen) {
+    return sqlite3_result_error(ctx, "Como máximo, esta subconsulta puede devolver un registro", -1);
+  }
+  state->seen = true;
+  state->value = sqlite3_value_dup(argv[0]);
+}
+
+void one_final(sqlite3_context* ctx) {
+  auto* state = static_cast<OneValue*>(sqlite3_aggregate_context(ctx, 0));
+  if (state == nullptr || !state->seen) return sqlite3_result_null(ctx);
+  sqlite3_result_value(ctx, state->value);
+  sqlite3_value_free(state->value);
+}
+
 }  // namespace
 
 void register_jet_functions(sqlite3* db) {
@@ -426,6 +480,10 @@ void register_jet_functions(sqlite3* db) {
     int rc = sqlite3_create_function_v2(db, r.name, r.argc, flags, nullptr, r.callback, nullptr, nullptr, nullptr);
     if (rc != SQLITE_OK)
       throw Error(std::string("No se pudo registrar la función ") + r.name + ": " + sqlite3_errmsg(db));
+  }
+  if (sqlite3_create_function_v2(db, "jet_one", 1, SQLITE_UTF8 | SQLITE_INNOCUOUS | SQLITE_DETERMINISTIC,
+                                 nullptr, nullptr, one_step, one_final, nullptr) != SQLITE_OK) {
+    throw Error(std::string("No se pudo registrar la función jet_one: ") + sqlite3_errmsg(db));
   }
 }
 

@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "db/error.h"
+#include "db/sqlite_messages.h"
 #include "db/file_kind.h"
 #include "db/jet_functions_sqlite.h"
 
@@ -72,7 +73,7 @@ bool SqliteConnection::open(const std::string& path, JournalMode journal) {
   int rc = sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
   if (rc != SQLITE_OK) {
     last_error_ = "No se pudo abrir la base " + path + ": " +
-                  (db ? sqlite3_errmsg(db) : sqlite3_errstr(rc));
+                  sqlite_error_in_spanish(db, rc);
     sqlite3_close_v2(db);
     return false;
   }
@@ -90,7 +91,8 @@ bool SqliteConnection::open(const std::string& path, JournalMode journal) {
                     nullptr, nullptr, &message);
   if (rc != SQLITE_OK) {
     last_error_ = "No se pudo abrir la base " + path + ": " +
-                  (message ? message : sqlite3_errmsg(db));
+                  sqlite_message_in_spanish(sqlite3_extended_errcode(db),
+                                            message ? message : sqlite3_errmsg(db));
     sqlite3_free(message);
     sqlite3_close_v2(db);
     return false;
@@ -184,7 +186,7 @@ const jet::Translation& SqliteConnection::translation_for(std::string_view jet_s
 sqlite3_stmt* SqliteConnection::prepare(const std::string& sqlite_sql, std::string_view jet_sql) {
   sqlite3_stmt* stmt = statements_.get(db_, sqlite_sql);
   if (!stmt && sqlite3_errcode(db_) != SQLITE_OK) {
-    throw Error(kRefused + sqlite3_errmsg(db_), std::string(jet_sql), sqlite_sql);
+    throw Error(kRefused + sqlite_error_in_spanish(db_), std::string(jet_sql), sqlite_sql);
   }
   return stmt;
 }
@@ -194,7 +196,8 @@ void SqliteConnection::start_pending_transaction(std::string_view jet_sql) {
   transaction_pending_ = false;
   char* message = nullptr;
   if (sqlite3_exec(db_, "BEGIN", nullptr, nullptr, &message) != SQLITE_OK) {
-    std::string text = message ? message : sqlite3_errmsg(db_);
+    std::string text = sqlite_message_in_spanish(sqlite3_extended_errcode(db_),
+                                                 message ? message : sqlite3_errmsg(db_));
     sqlite3_free(message);
     throw Error("No se pudo iniciar la transacción: " + text, std::string(jet_sql), "BEGIN");
   }
@@ -214,7 +217,7 @@ std::int64_t SqliteConnection::execute(std::string_view jet_sql) {
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
     }
     if (rc != SQLITE_DONE) {
-      std::string message = kRefused + sqlite3_errmsg(db_);
+      std::string message = kRefused + sqlite_error_in_spanish(db_);
       sqlite3_reset(stmt);
       throw Error(message, std::string(jet_sql), sql);
     }
@@ -262,7 +265,7 @@ Recordset SqliteConnection::open_recordset(std::string_view jet_sql) {
       rows.push_back(std::move(row));
     }
     if (rc != SQLITE_DONE) {
-      std::string message = kRefused + sqlite3_errmsg(db_);
+      std::string message = kRefused + sqlite_error_in_spanish(db_);
       sqlite3_reset(stmt);
       throw Error(message, std::string(jet_sql), sql);
     }
@@ -280,7 +283,8 @@ void SqliteConnection::execute_native(const std::string& sqlite_sql) {
   // The text may have created or dropped tables the cached translations know.
   forget_translations();
   if (rc != SQLITE_OK) {
-    std::string text = message ? message : sqlite3_errmsg(db_);
+    std::string text = sqlite_message_in_spanish(sqlite3_extended_errcode(db_),
+                                                 message ? message : sqlite3_errmsg(db_));
     sqlite3_free(message);
     throw Error(kRefused + text, {}, sqlite_sql);
   }
@@ -303,7 +307,8 @@ void SqliteConnection::commit_transaction() {
   if (sqlite3_get_autocommit(db_)) throw Error("No hay una transacción abierta para confirmar");
   char* message = nullptr;
   if (sqlite3_exec(db_, "COMMIT", nullptr, nullptr, &message) != SQLITE_OK) {
-    std::string text = message ? message : sqlite3_errmsg(db_);
+    std::string text = sqlite_message_in_spanish(sqlite3_extended_errcode(db_),
+                                                 message ? message : sqlite3_errmsg(db_));
     sqlite3_free(message);
     throw Error("No se pudo confirmar la transacción: " + text, {}, "COMMIT");
   }
@@ -320,7 +325,8 @@ void SqliteConnection::rollback_transaction() {
   statements_.clear();
   char* message = nullptr;
   if (sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, &message) != SQLITE_OK) {
-    std::string text = message ? message : sqlite3_errmsg(db_);
+    std::string text = sqlite_message_in_spanish(sqlite3_extended_errcode(db_),
+                                                 message ? message : sqlite3_errmsg(db_));
     sqlite3_free(message);
     throw Error("No se pudo deshacer la transacción: " + text, {}, "ROLLBACK");
   }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "db/error.h"
+#include "db/sqlite_messages.h"
 #include "db/file_kind.h"
 #include "db/source_reader.h"
 #include "db/sqlite_connection.h"
@@ -65,11 +66,11 @@ std::string SqliteConnection::attach(const std::string& path) {
   std::string sql = "ATTACH DATABASE ?1 AS " + schema;
   StmtGuard guard;
   if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &guard.stmt, nullptr) != SQLITE_OK) {
-    throw Error("No se pudo abrir la base " + path + ": " + sqlite3_errmsg(db_), {}, sql);
+    throw Error("No se pudo abrir la base " + path + ": " + sqlite_error_in_spanish(db_), {}, sql);
   }
   sqlite3_bind_text(guard.stmt, 1, file.c_str(), -1, SQLITE_TRANSIENT);
   if (sqlite3_step(guard.stmt) != SQLITE_DONE) {
-    throw Error("No se pudo abrir la base " + path + ": " + sqlite3_errmsg(db_), {}, sql);
+    throw Error("No se pudo abrir la base " + path + ": " + sqlite_error_in_spanish(db_), {}, sql);
   }
   attachments_.add(key, schema, statement_number_);
   if (attached_now_) attached_now_->push_back(key);
@@ -93,7 +94,8 @@ void SqliteConnection::detach(const std::string& key) {
   std::string sql = "DETACH DATABASE " + schema;
   char* message = nullptr;
   if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, &message) != SQLITE_OK) {
-    std::string text = message ? message : sqlite3_errmsg(db_);
+    std::string text = sqlite_message_in_spanish(sqlite3_extended_errcode(db_),
+                                                 message ? message : sqlite3_errmsg(db_));
     sqlite3_free(message);
     throw Error("No se pudo cerrar la base " + key + ": " + text, {}, sql);
   }
@@ -120,7 +122,7 @@ std::vector<std::string> SqliteConnection::select_columns(const std::string& sql
   if (!db_) throw Error("La conexión no está abierta", {}, sqlite_select);
   StmtGuard guard;
   if (sqlite3_prepare_v2(db_, sqlite_select.c_str(), -1, &guard.stmt, nullptr) != SQLITE_OK) {
-    throw Error(std::string("La base de datos rechazó la instrucción: ") + sqlite3_errmsg(db_),
+    throw Error(std::string("La base de datos rechazó la instrucción: ") + sqlite_error_in_spanish(db_),
                 {}, sqlite_select);
   }
   std::vector<std::string> names;

@@ -88,6 +88,7 @@ struct FromItem {
   JoinType join = JoinType::kInner;  // kJoin
   FromItemPtr left, right;           // kJoin
   ExprPtr on;                        // kJoin
+  int height = 1;  // 1 + the tallest part: bounds the emitter's recursion
 };
 
 struct SelectItem {
@@ -117,6 +118,7 @@ struct Select {
   ExprPtr having;
   std::vector<UnionPart> unions;      // further members of a UNION
   std::vector<OrderItem> order_by;    // with unions: the order of the whole
+  int height = 1;  // 1 + the tallest expression, FROM item or member
 };
 
 struct SelectStatement {

@@ -14,6 +14,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "db/jet/ast.h"
@@ -38,6 +39,9 @@ class Emitter {
   };
   struct Scope {
     std::vector<ScopeEntry> entries;
+    // The entries' names folded to upper case, so that finding a qualifier
+    // costs the same with one table as with many.
+    std::unordered_set<std::string> folded_names;
     Scope* parent = nullptr;
   };
   // Makes `scope` the current one for the lifetime of the guard.

@@ -67,6 +67,32 @@ std::string Call2(const char* function, const std::string& a, const std::string&
   return std::string(function) + "(" + a + ", " + b + ")";
 }
 
+bool IsAggregate(std::string_view name) {
+  for (const char* aggregate : {"Max", "Min", "Sum", "Count", "Avg"}) {
+    if (SameName(name, aggregate)) return true;
+  }
+  return false;
+}
+
+bool IsNumberLiteral(const Expr& e) {
+  if (e.kind == ExprKind::kNumber) return true;
+  return e.kind == ExprKind::kUnary && e.op == Op::kNeg && e.args[0]->kind == ExprKind::kNumber;
+}
+
+// Whether `e` is known to be a date while translating: a #...# literal or a
+// function that returns a date. Dates are ISO texts, so comparing one with a
+// number must compare its serial instead.
+bool IsKnownDate(const Expr& e) {
+  static const char* const kDateFunctions[] = {"Date", "Now", "CDate", "DateSerial",
+                                               "DateAdd", "DateValue", "TimeValue"};
+  if (e.kind == ExprKind::kDate) return true;
+  if (e.kind != ExprKind::kCall) return false;
+  for (const char* name : kDateFunctions) {
+    if (SameName(e.text, name)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 bool Emitter::IsBoolean(const Expr& e) const {
@@ -102,15 +128,30 @@ std::string Emitter::Value(const Expr& e) {
       return SqliteIdentifier(e.name.text);
     case ExprKind::kStar:
       FailUnsupported(source_, e.pos, "'*' dentro de una expresión");
-    case ExprKind::kSubquery:
-      return "(" + EmitSelect(*e.select) + ")";
+    case ExprKind::kSubquery: {
+      // Jet stops when a subquery used as a value gives several rows; SQLite
+      // would take the first. jet_one, an aggregate, fails on a second row;
+      // the CTE names the single column whatever the select calls it.
+      // A select without FROM, with Top 1, or of one aggregate without Group
+      // By gives one row at most and is left as it is.
+      const Select& sub = *e.select;
+      bool checkable = sub.unions.empty() && sub.items.size() == 1 &&
+                       sub.items[0].expr->kind != ExprKind::kStar;
+      const Expr& item = *sub.items[0].expr;
+      bool one_row = sub.from.empty() || (sub.top && *sub.top == "1") ||
+                     (sub.group_by.empty() && item.kind == ExprKind::kCall &&
+                      IsAggregate(item.text));
+      if (!checkable || one_row) return "(" + EmitSelect(sub) + ")";
+      // Doubled parentheses: callers strip one pair from an operand.
+      return "((WITH jet_sub(v) AS (" + EmitSelect(sub) + ") SELECT jet_one(v) FROM jet_sub))";
+    }
     case ExprKind::kCall:
       return Call(e, false);
     case ExprKind::kUnary:
       if (e.op == Op::kNeg) {
         const Expr& operand = *e.args[0];
         if (operand.kind == ExprKind::kNumber) return "-" + operand.text;
-        return "(- " + Value(operand) + ")";
+        return "jet_neg(" + StripOuterParens(Value(operand)) + ")";
       }
       if (IsBoolean(e)) return "-" + Bool(e);
       return "jet_not(" + Value(*e.args[0]) + ")";
@@ -123,11 +164,13 @@ std::string Emitter::Value(const Expr& e) {
   // Operands are emitted left to right (databases attach in reading order).
   std::string a = Value(*e.args[0]);
   std::string b = Value(*e.args[1]);
+  // Two number literals cannot hold a text or a date: SQLite's arithmetic is Jet's.
+  bool literals = IsNumberLiteral(*e.args[0]) && IsNumberLiteral(*e.args[1]);
   switch (e.op) {
-    case Op::kAdd: return "(" + a + " + " + b + ")";
-    case Op::kSub: return "(" + a + " - " + b + ")";
-    case Op::kMul: return "(" + a + " * " + b + ")";
-    case Op::kDiv: return "(CAST(" + a + " AS REAL) / " + b + ")";
+    case Op::kAdd: return literals ? "(" + a + " + " + b + ")" : Call2("jet_add", a, b);
+    case Op::kSub: return literals ? "(" + a + " - " + b + ")" : Call2("jet_sub", a, b);
+    case Op::kMul: return literals ? "(" + a + " * " + b + ")" : Call2("jet_mul", a, b);
+    case Op::kDiv: return Call2("jet_div", a, b);
     case Op::kIntDiv: return Call2("jet_intdiv", a, b);
     case Op::kMod: return Call2("jet_mod", a, b);
     case Op::kPow: return Call2("jet_pow", a, b);
@@ -152,6 +195,8 @@ std::string Emitter::Comparison(const Expr& e) {
   }
   std::string left = Value(a);
   std::string right = Value(b);
+  if (IsKnownDate(a) && IsNumberLiteral(b)) left = "jet_cdbl(" + StripOuterParens(left) + ")";
+  if (IsKnownDate(b) && IsNumberLiteral(a)) right = "jet_cdbl(" + StripOuterParens(right) + ")";
   if (NeedsNocase(a, b)) right += " COLLATE NOCASE";
   return "(" + left + " " + ComparisonText(e.op) + " " + right + ")";
 }

@@ -5,6 +5,18 @@
 #include "db/jet/emitter_text.h"
 
 namespace db::jet {
+namespace {
+
+// A name as SameName compares it: ASCII letters in upper case.
+std::string FoldName(std::string_view name) {
+  std::string folded(name);
+  for (char& c : folded) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return folded;
+}
+
+}  // namespace
 
 Emitter::Emitter(std::string_view source, TranslationContext& context)
     : source_(source), context_(context) {}
@@ -159,9 +171,11 @@ void Emitter::AddScopeEntries(const FromItem& item, Scope& scope) {
   switch (item.kind) {
     case FromItem::Kind::kTable:
       scope.entries.push_back({item.alias ? item.alias->text : item.table.name.text, nullptr});
+      scope.folded_names.insert(FoldName(scope.entries.back().name));
       break;
     case FromItem::Kind::kSubquery:
       scope.entries.push_back({item.alias ? item.alias->text : std::string(), item.subquery.get()});
+      scope.folded_names.insert(FoldName(scope.entries.back().name));
       break;
     case FromItem::Kind::kJoin:
       AddScopeEntries(*item.left, scope);
@@ -193,10 +207,9 @@ bool Emitter::DefinesName(const Select& select, std::string_view name) {
 // ("Select RR.CodKEL From (Select * From RelacConc as RR ...) as KEL"); SQLite
 // only sees the derived table's own name, so such a qualifier becomes KEL.
 std::string Emitter::EmitQualifier(const Name& qualifier) const {
+  std::string folded = FoldName(qualifier.text);
   for (const Scope* s = scope_; s != nullptr; s = s->parent) {
-    for (const ScopeEntry& entry : s->entries) {
-      if (SameName(entry.name, qualifier.text)) return SqliteIdentifier(qualifier.text);
-    }
+    if (s->folded_names.count(folded) != 0) return SqliteIdentifier(qualifier.text);
   }
   for (const Scope* s = scope_; s != nullptr; s = s->parent) {
     for (const ScopeEntry& entry : s->entries) {

@@ -60,15 +60,19 @@ Value CBool(const Value& x) {
   return Value{std::int64_t{number_arg(x, "CBool") != 0 ? -1 : 0}};
 }
 
+// Jet's conversions to a whole number refuse Null ("Invalid use of Null").
+// CDate(Null) stays Null: the transfer's month tests run
+// cdate(Format(x,'MM/yyyy')) over columns that may be empty, and a row
+// without a date must simply not match (see docs/jet-dialect.md).
 Value CInt(const Value& x) {
-  if (is_null(x)) return Value{};
+  if (is_null(x)) throw FunctionError("Uso no válido de Null en CInt");
   std::int64_t i = int_arg(x, "CInt");
   if (i < -32768 || i > 32767) overflow("CInt", x);
   return Value{i};
 }
 
 Value CLng(const Value& x) {
-  if (is_null(x)) return Value{};
+  if (is_null(x)) throw FunctionError("Uso no válido de Null en CLng");
   return Value{std::int64_t{int32_arg(x, "CLng")}};
 }
 

@@ -258,7 +258,13 @@ Value DatePart(const Value& interval, const Value& d);
 Value DateValue(const Value& d);  // the date without its time
 Value TimeValue(const Value& d);  // the time on 1899-12-30
 
-// Operators.
+// Operators. + - * / and unary minus are strict (functions_arith.cpp): a
+// text must read as a number, a date (ISO text) moves by days, / by zero fails.
+Value Add(const Value& a, const Value& b);
+Value Sub(const Value& a, const Value& b);
+Value Mul(const Value& a, const Value& b);
+Value Div(const Value& a, const Value& b);
+Value Neg(const Value& a);
 Value Concat(const Value& a, const Value& b);    // a & b
 Value Like(const Value& s, const Value& pattern);  // -1 / 0
 Value IntDiv(const Value& a, const Value& b);    // a \ b

@@ -72,6 +72,21 @@ DecimalDigits shortest_digits(double x) {
   return out;
 }
 
+// Digits of |x| rounded to 15 significant ones, as DecimalDigits.
+DecimalDigits fifteen_digits(double x) {
+  char buf[40];
+  auto res = std::to_chars(buf, buf + sizeof buf, std::fabs(x), std::chars_format::scientific, 14);
+  DecimalDigits out;
+  const char* p = buf;
+  for (; p < res.ptr && *p != 'e'; ++p)
+    if (is_digit(*p)) out.d[out.n++] = *p;
+  int e = 0;
+  if (p < res.ptr) std::from_chars(p + (p[1] == '+' ? 2 : 1), res.ptr, e);
+  out.exp10 = e;
+  while (out.n > 1 && out.d[out.n - 1] == '0') --out.n;
+  return out;
+}
+
 Number val_text(std::string_view s) {
   std::size_t i = 0;
   while (i < s.size() && is_blank(s[i])) ++i;
@@ -267,7 +282,9 @@ std::size_t cstr_number_to(double x, char* buf) {
     return static_cast<std::size_t>(
         std::to_chars(buf, buf + kNumberTextMax, static_cast<std::int64_t>(x)).ptr - buf);
   }
+  // VBA shows 15 significant digits: 0.1 + 0.2 is "0.3", not 0.30000000000000004.
   DecimalDigits d = shortest_digits(x);
+  if (d.n > 15) d = fifteen_digits(x);
   if (x < 0) *p++ = '-';
   if (d.exp10 >= -4 && d.exp10 < 15) {
     if (d.exp10 < 0) {

@@ -150,9 +150,12 @@ void compile_like(std::string_view pattern, LikeProgram& prog) {
   const auto& p = prog.pattern;
   for (std::size_t i = 0; i < p.size(); ++i) {
     char32_t c = p[i];
-    if (c == '*') {
+    // The original connection (Jet's OLE DB provider) read the ANSI wildcards
+    // % and _; Access and DAO read * and ?. A format author may have written
+    // either, so both are wildcards (docs/jet-dialect.md).
+    if (c == '*' || c == '%') {
       if (prog.elems.empty() || prog.elems.back().kind != LikeKind::kStar) prog.elems.push_back({LikeKind::kStar});
-    } else if (c == '?') {
+    } else if (c == '?' || c == '_') {
       prog.elems.push_back({LikeKind::kAny});
     } else if (c == '#') {
       prog.elems.push_back({LikeKind::kDigit});

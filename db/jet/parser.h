@@ -84,6 +84,9 @@ class Parser {
   ExprPtr ParseNameOrCall();
   std::vector<ExprPtr> ParseExprList();
   ExprPtr Checked(ExprPtr e);
+  void CheckHeight(int height, std::size_t pos) const;
+  void CheckedSelect(Select& select) const;
+  FromItemPtr CheckedFrom(FromItemPtr item) const;
 
   // Counts nesting (parentheses, subqueries, Not/minus chains) so that a
   // pathological statement is refused instead of exhausting the stack.
@@ -102,6 +105,9 @@ class Parser {
   std::vector<Token> tokens_;
   std::size_t index_ = 0;
   int depth_ = 0;
+  // Tables and derived tables named so far in the FROM clause being parsed:
+  // SQLite joins at most 64, and a longer chain would only fail later.
+  int from_tables_ = 0;
 };
 
 }  // namespace db::jet

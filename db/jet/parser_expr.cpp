@@ -33,15 +33,45 @@ ExprPtr MakeUnary(Op op, std::size_t pos, ExprPtr operand) {
 }  // namespace
 
 // Operator chains are parsed in loops, so their trees can grow without the
-// parser recursing; their height is limited here instead, because emitting
-// and freeing a tree recurses once per level.
-ExprPtr Parser::Checked(ExprPtr e) {
-  constexpr int kMaxHeight = 500;
-  for (const ExprPtr& arg : e->args) e->height = std::max(e->height, arg->height + 1);
-  if (e->height > kMaxHeight) {
-    FailAt(source_, e->pos, "La instrucción tiene demasiados niveles anidados");
+// parser recursing; the tree's height is limited here instead, because
+// emitting and freeing a tree recurses once per level. Every node that nests
+// counts: operators, calls, subqueries, Exists, In (Select ...), joins, so
+// that a limit cannot restart inside a call or a subquery.
+constexpr int kMaxHeight = 500;
+
+void Parser::CheckHeight(int height, std::size_t pos) const {
+  if (height > kMaxHeight) {
+    FailAt(source_, pos, "La instrucción tiene demasiados niveles anidados");
   }
+}
+
+ExprPtr Parser::Checked(ExprPtr e) {
+  for (const ExprPtr& arg : e->args) e->height = std::max(e->height, arg->height + 1);
+  if (e->select) e->height = std::max(e->height, e->select->height + 1);
+  CheckHeight(e->height, e->pos);
   return e;
+}
+
+void Parser::CheckedSelect(Select& select) const {
+  auto take = [&select](int height) { select.height = std::max(select.height, height + 1); };
+  for (const SelectItem& item : select.items) take(item.expr->height);
+  for (const FromItemPtr& item : select.from) take(item->height);
+  if (select.where) take(select.where->height);
+  for (const ExprPtr& e : select.group_by) take(e->height);
+  if (select.having) take(select.having->height);
+  for (const UnionPart& part : select.unions) take(part.select->height);
+  for (const OrderItem& item : select.order_by) take(item.expr->height);
+  CheckHeight(select.height, select.pos);
+}
+
+FromItemPtr Parser::CheckedFrom(FromItemPtr item) const {
+  auto take = [&item](int height) { item->height = std::max(item->height, height + 1); };
+  if (item->subquery) take(item->subquery->height);
+  if (item->left) take(item->left->height);
+  if (item->right) take(item->right->height);
+  if (item->on) take(item->on->height);
+  CheckHeight(item->height, item->pos);
+  return item;
 }
 
 ExprPtr Parser::ParseExpr() {
@@ -251,7 +281,7 @@ ExprPtr Parser::ParsePower() {
     ExprPtr right;
     if (AtSymbol("-")) {
       std::size_t neg_pos = Next().pos;
-      right = MakeUnary(Op::kNeg, neg_pos, ParsePrimary());
+      right = Checked(MakeUnary(Op::kNeg, neg_pos, ParsePrimary()));
     } else {
       right = ParsePrimary();
     }
@@ -286,7 +316,7 @@ ExprPtr Parser::ParsePrimary() {
         e->kind = ExprKind::kSubquery;
         e->select = ParseSelect();
         ExpectSymbol(")");
-        return e;
+        return Checked(std::move(e));
       }
       e = ParseExpr();
       ExpectSymbol(")");
@@ -312,7 +342,7 @@ ExprPtr Parser::ParsePrimary() {
     if (!AtKeyword("SELECT")) Expected("SELECT después de EXISTS (");
     e->select = ParseSelect();
     ExpectSymbol(")");
-    return e;
+    return Checked(std::move(e));
   }
   if (IsKeyword(t, "SELECT")) FailSyntax(source_, t.pos, "'(' antes de SELECT", t.text);
   return ParseNameOrCall();
@@ -336,7 +366,7 @@ ExprPtr Parser::ParseNameOrCall() {
       e->args = ParseExprList();
     }
     ExpectSymbol(")");
-    return e;
+    return Checked(std::move(e));
   }
   Name first = ExpectName("una expresión");
   if (AtSymbol(".")) {

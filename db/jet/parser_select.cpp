@@ -1,4 +1,7 @@
 // db/jet/parser_select.cpp — Select statements and FROM clauses.
+#include <string>
+#include <utility>
+
 #include "db/jet/parser.h"
 
 namespace db::jet {
@@ -28,6 +31,7 @@ SelectPtr Parser::ParseSelect() {
       select->order_by.push_back(std::move(item));
     } while (AcceptSymbol(","));
   }
+  CheckedSelect(*select);
   return select;
 }
 
@@ -63,9 +67,12 @@ SelectPtr Parser::ParseSelectCore() {
 
   if (AcceptKeyword("INTO")) select->into = ParseTableRef();
   if (AcceptKeyword("FROM")) {
+    // A subquery's FROM is counted apart from the enclosing one, as SQLite counts it.
+    int enclosing_tables = std::exchange(from_tables_, 0);
     do {
       select->from.push_back(ParseFromItem());
     } while (AcceptSymbol(","));
+    from_tables_ = enclosing_tables;
   }
   if (AcceptKeyword("WHERE")) select->where = ParseExpr();
   if (AtKeyword("GROUP")) {
@@ -74,6 +81,7 @@ SelectPtr Parser::ParseSelectCore() {
     select->group_by = ParseExprList();
   }
   if (AcceptKeyword("HAVING")) select->having = ParseExpr();
+  CheckedSelect(*select);
   return select;
 }
 
@@ -183,20 +191,29 @@ FromItemPtr Parser::ParseFromItem() {
     join->right = ParseFromPrimary();
     ExpectKeyword("ON");
     join->on = ParseExpr();
-    left = std::move(join);
+    left = CheckedFrom(std::move(join));
   }
 }
+
+// SQLite's own limit on the tables of one join.
+constexpr int kMaxFromTables = 64;
 
 FromItemPtr Parser::ParseFromPrimary() {
   auto item = std::make_unique<FromItem>();
   item->pos = Peek().pos;
+  if (!AtSymbol("(") || AtKeyword("SELECT", 1)) {
+    if (++from_tables_ > kMaxFromTables) {
+      FailAt(source_, item->pos,
+             "La cláusula FROM une más de " + std::to_string(kMaxFromTables) + " tablas");
+    }
+  }
   if (AcceptSymbol("(")) {
     if (AtKeyword("SELECT")) {
       item->kind = FromItem::Kind::kSubquery;
       item->subquery = ParseSelect();
       ExpectSymbol(")");
       item->alias = ParseOptionalAlias();
-      return item;
+      return CheckedFrom(std::move(item));
     }
     // A parenthesised join: "(A inner join B on ...) inner join C on ...".
     FromItemPtr inner = ParseFromItem();

@@ -104,7 +104,7 @@ TEST_F(JetSqlite, FunctionsWorkOverTableRows) {
   EXPECT_EQ(one("SELECT group_concat(id, ',') FROM Personas WHERE jet_like(Numero, '*#-#') <> 0 OR jet_like(Numero, '0*') <> 0"),
             "text:1,2");
   exec("CREATE TABLE Patrones (id INTEGER PRIMARY KEY, p TEXT)");
-  exec("INSERT INTO Patrones VALUES (1,'1*'),(2,'00?'),(3,'*_#'),(4,'x*')");
+  exec("INSERT INTO Patrones VALUES (1,'1*'),(2,'00?'),(3,'*[_]#'),(4,'x*')");
   EXPECT_EQ(one("SELECT group_concat(P.id || ':' || T.id, ',') FROM Patrones AS T JOIN Personas AS P "
                 "ON jet_like(P.Numero, T.p) <> 0 ORDER BY T.id"),
             "text:1:1,4:1,2:2,4:3");

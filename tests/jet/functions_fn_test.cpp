@@ -36,7 +36,8 @@ void ExpectRows(std::initializer_list<std::pair<Value, Value>> rows) {
 }
 
 TEST(JetFn, NullInNullOut) {
-  for (Value v : {Val(kNull), CDate(kNull), CStr(kNull), CBool(kNull), CInt(kNull), CLng(kNull), CDbl(kNull),
+  for (Value v : {Val(kNull), CDate(kNull), CStr(kNull), CBool(kNull), CDbl(kNull), Add(kNull, I(1)), Sub(I(1), kNull),
+                  Mul(kNull, T("x")), Div(I(1), kNull), Neg(kNull),
                   Format(kNull, T("0")), InStr(kNull, T("a")), InStr(T("a"), kNull), Left(kNull, I(1)),
                   Left(T("a"), kNull), Right(kNull, I(1)), Mid(kNull, I(1)), Len(kNull), Trim(kNull),
                   UCase(kNull), LCase(kNull), Round(kNull, I(2)), Abs(kNull), Int(kNull), Fix(kNull), Sgn(kNull),
@@ -65,6 +66,14 @@ TEST(JetFn, Conversions) {
   EXPECT_EQ(error_of([] { CDate(D(1e9)); }), "Desbordamiento en CDate: 1000000000");
   EXPECT_EQ(error_of([] { CInt(I(32768)); }), "Desbordamiento en CInt: 32768");
   EXPECT_EQ(error_of([] { CInt(T("12abc")); }), "Tipo de dato no coincide en CInt: '12abc'");
+  for (const char* name : {"CInt", "CLng"}) {
+    std::string message = std::string("Uso no válido de Null en ") + name;
+    EXPECT_EQ(error_of([name] {
+                std::string n = name;
+                n == "CInt" ? CInt(kNull) : CLng(kNull);
+              }),
+              message);
+  }
   EXPECT_EQ(error_of([] { CLng(D(3e9)); }), "Desbordamiento en CLng: 3000000000");
   EXPECT_EQ(error_of([] { CBool(T("")); }), "Tipo de dato no coincide en CBool: ''");
 }
@@ -200,6 +209,29 @@ TEST(JetFn, LessCommonFunctions) {
       {DateValue(T("29/02/2024 13:05")), T("2024-02-29")},
       {TimeValue(T("2024-02-29 13:05:00")), T("1899-12-30 13:05:00")},
   });
+}
+
+
+// + - * / are strict on texts, fail on division by zero and move dates by days.
+TEST(JetFn, ArithmeticIsStrictAndKnowsDates) {
+  const std::pair<Value, Value> cases[] = {
+      {Add(I(2), I(3)), I(5)}, {Add(T("12"), I(1)), I(13)}, {Add(T("1,5"), I(1)), D(2.5)},
+      {Add(T(" 2.5 "), D(0.5)), D(3.0)}, {Sub(I(1), D(0.5)), D(0.5)}, {Mul(T("3"), I(2)), I(6)},
+      {Div(I(10), I(4)), D(2.5)}, {Div(I(4), I(2)), D(2.0)}, {Neg(T("7")), I(-7)}, {Neg(I(7)), I(-7)},
+      {Add(I(INT64_MAX), I(1)), D(9223372036854775808.0)},
+      // Dates: a number of days away, time kept; date - date is days.
+      {Add(T("2024-02-29"), I(1)), T("2024-03-01")}, {Add(I(1), T("2024-02-28")), T("2024-02-29")},
+      {Sub(T("2024-03-01"), I(1)), T("2024-02-29")}, {Add(T("2024-02-29 13:05:00"), D(0.5)), T("2024-03-01 01:05:00")},
+      {Sub(T("2024-03-01"), T("2024-02-29")), I(1)}, {Sub(T("2024-02-29 12:00:00"), T("2024-02-29")), D(0.5)},
+      {Mul(T("2024-02-29"), I(1)), D(45351.0)},
+  };
+  for (const auto& [got, expected] : cases) EXPECT_EQ(got, expected);
+  EXPECT_EQ(error_of([] { Add(T("12abc"), I(1)); }), "Tipo de dato no coincide en +: '12abc'");
+  EXPECT_EQ(error_of([] { Mul(T("abc"), I(2)); }), "Tipo de dato no coincide en *: 'abc'");
+  EXPECT_EQ(error_of([] { Neg(T("x")); }), "Tipo de dato no coincide en -: 'x'");
+  EXPECT_EQ(error_of([] { Div(I(1), I(0)); }), "División por cero");
+  EXPECT_EQ(error_of([] { Div(I(0), D(0.0)); }), "División por cero");
+  EXPECT_EQ(error_of([] { Add(T("9999-12-31"), I(1)); }), "Desbordamiento en +: '9999-12-31'");
 }
 
 }  // namespace

@@ -27,8 +27,8 @@ TEST(JetNumbers, ValReadsTheLeadingNumber) {
   };
   for (const auto& [input, expected] : vals) EXPECT_EQ(val(input), expected) << input;
   // Beyond 64 bits the value is a real; long digit runs keep their magnitude.
-  EXPECT_EQ(val("123456789012345678901234567890"), "real:1.2345678901234568E+29");
-  EXPECT_EQ(val("9223372036854775807"), "real:9.223372036854776E+18");
+  EXPECT_EQ(val("123456789012345678901234567890"), "real:1.23456789012346E+29");
+  EXPECT_EQ(val("9223372036854775807"), "real:9.22337203685478E+18");
   EXPECT_EQ(val("123456789012345678"), "int:123456789012345678");
 }
 
@@ -70,7 +70,10 @@ TEST(JetNumbers, CStrOfNumbers) {
       {0.0, "0"}, {-0.0, "0"}, {100.0, "100"}, {-3.0, "-3"}, {1.5, "1.5"}, {0.1, "0.1"},
       {-0.25, "-0.25"}, {123.45, "123.45"}, {0.0001, "0.0001"}, {0.00001, "1E-05"},
       {1.5e-10, "1.5E-10"}, {999999999999999.0, "999999999999999"}, {1e15, "1E+15"},
-      {1.5e20, "1.5E+20"}, {123456.789, "123456.789"}, {0.1 + 0.2, "0.30000000000000004"},
+      {1.5e20, "1.5E+20"}, {123456.789, "123456.789"}, {0.1 + 0.2, "0.3"},
+      // 15 significant digits, as VBA shows a Double.
+      {1.0 / 3, "0.333333333333333"}, {2.0 / 3, "0.666666666666667"},
+      {123456789.123456789, "123456789.123457"}, {9.9999999999999999e20, "1E+21"},
   };
   for (const auto& [input, expected] : numbers) EXPECT_EQ(cstr_number(input), expected) << input;
   char buf[kNumberTextMax];

@@ -81,14 +81,17 @@ TEST(JetText, CaseConversionCoversLatinLetters) {
   EXPECT_EQ(upper("a\xC3z"), "A\xC3Z");  // broken bytes kept
 }
 
-TEST(JetText, LikeUsesJetWildcards) {
+TEST(JetText, LikeUsesJetAndOleDbWildcards) {
   const std::tuple<const char*, const char*, bool> cases[] = {
       {"Pérez", "p*", true}, {"PÉREZ", "*érez", true}, {"abc", "a?c", true}, {"ac", "a?c", false},
       {"a1c", "a#c", true}, {"abc", "a#c", false}, {"b", "[a-c]", true}, {"B", "[a-c]", true},
       {"d", "[a-c]", false}, {"d", "[!a-c]", true}, {"*", "[*]", true}, {"x", "[*]", false},
       {"a-b", "a[-]b", true}, {"Ñ", "[ñ]", true}, {"", "*", true}, {"", "?", false},
       {"abcbcd", "a*bcd", true}, {"mississippi", "*sip*", true}, {"mississippi", "*sipx*", false},
-      {"100%", "100%", true}, {"1000", "100%", false}, {"abc", "ab", false},
+      {"abc", "ab", false},
+      // The OLE DB wildcards % and _ too; [%] and [_] are the literal characters.
+      {"Pérez", "p%", true}, {"1000", "100%", true}, {"abc", "a_c", true}, {"ac", "a_c", false},
+      {"100%", "100[%]", true}, {"1000", "100[%]", false}, {"a_b", "a[_]b", true}, {"axb", "a[_]b", false},
   };
   for (const auto& [text, pattern, matches] : cases) {
     EXPECT_EQ(like_match(text, pattern), matches) << text << " Like " << pattern;

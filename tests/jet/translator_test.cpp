@@ -160,6 +160,50 @@ TEST(JetTranslate, DeepNestingIsRefusedNotOverflowed) {
   }
 }
 
+// The height limit cannot restart inside a call, a subquery or a join: each
+// of these statements once overflowed the stack.
+TEST(JetTranslate, NestingThroughCallsSubqueriesAndJoinsIsRefused) {
+  FakeContext context = MakeContext();
+  std::string calls = "1";
+  for (int i = 0; i < 67; ++i) calls = "Abs(" + calls + Repeat("+1", 490) + ")";
+  std::string subqueries = "1";
+  for (int i = 0; i < 80; ++i) subqueries = "(Select " + subqueries + Repeat("+1", 10) + " From T)";
+  std::string exists = "1=1";
+  for (int i = 0; i < 300; ++i) exists = "Exists (Select 1 From T Where " + exists + ")";
+  std::string in_select = "1";
+  for (int i = 0; i < 300; ++i) in_select = "id In (Select id From T Where " + in_select + ")";
+  const struct {
+    std::string statement;
+    std::string message;
+  } cases[] = {
+      {"Select " + calls + " From T;", "demasiados niveles anidados"},
+      {"Select " + subqueries + " as x From T", "demasiados niveles anidados"},
+      {"Select 1 From T Where " + exists, "demasiados niveles anidados"},
+      {"Select 1 From T Where " + in_select, "demasiados niveles anidados"},
+      {"Select 1 From T" + Repeat(" inner join T on 1=1", 37500) + ";",
+       "La cláusula FROM une más de 64 tablas (posición 1288)"},
+      {"Select 1 From T" + Repeat(", T", 100), "más de 64 tablas"},
+      {"Delete A.* From T As A" + Repeat(" inner join T on 1=1", 64), "más de 64 tablas"},
+  };
+  for (const auto& c : cases) {
+    try {
+      db::jet::translate(c.statement, context);
+      ADD_FAILURE() << "no error for " << c.statement.substr(0, 60);
+    } catch (const TranslateError& e) {
+      EXPECT_NE(std::string(e.what()).find(c.message), std::string::npos) << e.what();
+    }
+  }
+  // Up to the limit, joins and qualified names translate; each subquery has its own 64.
+  std::string joins = "Select A0.id From T As A0";
+  for (int i = 1; i < 64; ++i) {
+    joins += " inner join T As A" + std::to_string(i) + " on A" + std::to_string(i) + ".id = A" +
+             std::to_string(i - 1) + ".id";
+  }
+  EXPECT_NO_THROW(db::jet::translate(joins, context));
+  EXPECT_NO_THROW(db::jet::translate(
+      "Select 1 From (Select 1 From T" + Repeat(", T", 40) + ")" + Repeat(", T", 40), context));
+}
+
 // Bad input is refused with a TranslateError, never anything worse: every
 // prefix of real statements either translates or is refused cleanly.
 TEST(JetTranslate, EveryPrefixOfARealStatementTranslatesOrIsRefused) {

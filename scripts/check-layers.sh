@@ -8,11 +8,15 @@
 #   1 db/jet          the Jet-to-SQLite translator and Jet's functions
 #   2 db              connections and SQL helpers
 #   2 schema          the KEL and staging database scripts
-#   3 staging mapping transfer preview demo
-#   4 session         the import session (the window's logic, no display)
-#   5 ui              the Qt window
-#   6 app             the executable
-# Tests and benchmarks may include anything.
+#   2 lookup          the code/description lookup model (no display)
+#   3 staging mapping transfer demo
+#   4 preview         the staged-data preview (fills the mapping lookups)
+#   5 session         the import session (the window's logic, no display)
+#   6 ui              the Qt window
+#   7 app             the executable
+# Tests and benchmarks may include anything. scripts/layer-exceptions.txt
+# lists the edges still waiting to be moved, each with its reason; an edge
+# not listed there fails the check.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -21,11 +25,12 @@ rank_of() {
     base/*) echo 0 ;;
     settings/*) echo 1 ;;
     db/jet/*) echo 1 ;;
-    db/*|schema/*) echo 2 ;;
-    staging/*|mapping/*|transfer/*|preview/*|demo/*) echo 3 ;;
-    session/*) echo 4 ;;
-    ui/*) echo 5 ;;
-    app/*) echo 6 ;;
+    db/*|schema/*|lookup/*) echo 2 ;;
+    staging/*|mapping/*|transfer/*|demo/*) echo 3 ;;
+    preview/*) echo 4 ;;
+    session/*) echo 5 ;;
+    ui/*) echo 6 ;;
+    app/*) echo 7 ;;
     *) echo "" ;;
   esac
 }
@@ -48,7 +53,7 @@ while IFS= read -r file; do
     to_rank=$(rank_of "$header")
     [ -n "$to_rank" ] || continue
     [ "$(layer_of "$header")" = "$from_layer" ] && continue
-    if [ "$to_rank" -ge "$from_rank" ]; then
+    if [ "$to_rank" -ge "$from_rank" ] && ! grep -qxF "$file $header" <(grep -v '^#' scripts/layer-exceptions.txt); then
       echo "capa: $file incluye $header (de una capa igual o superior)"
       bad=$((bad + 1))
     fi

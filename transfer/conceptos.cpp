@@ -19,37 +19,11 @@ namespace {
 // The line break inside a question box's text.
 constexpr const char* kLineBreak = "\r\n";
 
-// Lets the window repaint (and the bar advance by its current step).
-void repaint(StepContext& ctx) {
-  if (ctx.progress) ctx.progress(-1);
-}
-
-// A query whose refusal ends the step, counted like any other statement.
-db::Recordset query(StepReport& report, db::Connection& connection, const std::string& sql) {
-  db::Recordset rs = connection.open_recordset(sql);
-  ++report.statements_run;
-  return rs;
-}
-
-// A look-up whose refusal is ignored: the first field of its first row, or
-// -1 when there is no row or the database refused the text (a code holding a
-// quote, say).
-std::int64_t lookup_ignoring_errors(StepReport& report, db::Connection& connection, const std::string& sql) {
-  try {
-    db::Recordset rs = query(report, connection, sql);
-    if (rs.eof() || rs.field_count() == 0) return -1;
-    return db::as_int(rs.field(0));
-  } catch (const db::Error&) {
-    ++report.statements_ignored;
-    return -1;
-  }
-}
-
 // The highest id of a KEL table. An empty table has no maximum: that ends the
 // step, since there is nothing to number the new items from.
 std::int64_t kel_maximum(StepReport& report, db::Connection& destination, const std::string& sql,
                          const char* what) {
-  db::Recordset rs = query(report, destination, sql);
+  db::Recordset rs = run_query(report, destination, sql);
   if (rs.eof() || rs.field_count() == 0 || db::is_null(rs.field(0))) {
     throw db::Error(std::string("La tabla ") + what +
                         " de la empresa KEL está vacía: no hay un identificador desde el cual numerar los nuevos",
@@ -89,14 +63,16 @@ sql::ConceptValues concept_values(const db::Recordset& row, std::int64_t id, con
 }
 
 void import_concept_rows(StepContext& ctx, StepReport& report, const std::string& destination_path) {
-  db::Recordset rows = query(report, ctx.staging, sql::concepts_to_create(destination_path));
+  db::Recordset rows = run_query(report, ctx.staging, sql::concepts_to_create(destination_path));
   const std::int64_t maximum = kel_maximum(report, ctx.destination, sql::concept_max_id(), "Conceptos");
   // Ids up to 100 are KEL's own: the import never hands them out.
   std::int64_t next_id = maximum >= 100 ? maximum + 1 : 101;
 
   for (; !rows.eof(); rows.move_next(), ++next_id) {
     std::string codigo = db::as_text(rows.field("Codigo"));
-    const std::int64_t found = lookup_ignoring_errors(report, ctx.destination, sql::concept_by_code(codigo));
+    // -1: no KEL concept with that code, or a code the database refused (one
+    // holding a quote, say).
+    const std::int64_t found = first_value_ignoring_errors(report, ctx.destination, sql::concept_by_code(codigo), -1);
     std::int64_t id = next_id;
     if (found != -1) {
       if (ctx.questions.ask_yes_no("Ya existe un concepto en KEL con el codigo '" + codigo + "'" + kLineBreak +
@@ -119,12 +95,13 @@ void import_concept_rows(StepContext& ctx, StepReport& report, const std::string
 }
 
 void import_type_rows(StepContext& ctx, StepReport& report, const std::string& destination_path) {
-  db::Recordset rows = query(report, ctx.staging, sql::types_to_create(destination_path));
+  db::Recordset rows = run_query(report, ctx.staging, sql::types_to_create(destination_path));
   std::int64_t next_id = kel_maximum(report, ctx.destination, sql::type_max_id(), "TiposLiquidacion") + 1;
 
   for (; !rows.eof(); rows.move_next(), ++next_id) {
     std::string nombre = db::as_text(rows.field("Nombre"));
-    const std::int64_t found = lookup_ignoring_errors(report, ctx.destination, sql::type_by_name(nombre));
+    // -1: no KEL type with that name, or a name the database refused.
+    const std::int64_t found = first_value_ignoring_errors(report, ctx.destination, sql::type_by_name(nombre), -1);
     std::int64_t id = next_id;
     if (found != -1) {
       if (ctx.questions.ask_yes_no("Ya existe una Liquidacion en KEL con el nombre '" + nombre + "'" + kLineBreak +

@@ -21,30 +21,6 @@ namespace {
 // How many times a loop lets the window repaint over its whole length.
 constexpr std::size_t kRepaintsPerLoop = 50;
 
-void repaint(StepContext& ctx) {
-  if (ctx.progress) ctx.progress(-1);
-}
-
-// A query whose refusal ends the step, counted like any other statement.
-db::Recordset query(StepReport& report, db::Connection& connection, const std::string& sql) {
-  db::Recordset rs = connection.open_recordset(sql);
-  ++report.statements_run;
-  return rs;
-}
-
-// One of the two id bases: the first field of the read, or 0 when the
-// database refused it (the base then adds nothing to the staged ids).
-std::int64_t id_base_ignoring_errors(StepReport& report, db::Connection& destination, const std::string& sql) {
-  try {
-    db::Recordset rs = query(report, destination, sql);
-    if (rs.eof() || rs.field_count() == 0) return 0;
-    return db::as_int(rs.field(0));
-  } catch (const db::Error&) {
-    ++report.statements_ignored;
-    return 0;
-  }
-}
-
 // A month as the calendar statements write it between #...#: "MM/dd/yyyy".
 // A value that is no date gives "", which the statement then refuses.
 std::string month_mdy(const db::Value& value) {
@@ -120,8 +96,9 @@ void prepare_staging(StepContext& ctx, StepReport& report, const std::string& de
 
 // B. Headers, then their lines, under ids above the destination's highest.
 void copy_headers_and_lines(StepContext& ctx, StepReport& report, bool persons_imported) {
-  const std::int64_t header_base = id_base_ignoring_errors(report, ctx.destination, sql::header_base());
-  const std::int64_t line_base = id_base_ignoring_errors(report, ctx.destination, sql::line_base());
+  // A refused read gives 0: the base then adds nothing to the staged ids.
+  const std::int64_t header_base = first_value_ignoring_errors(report, ctx.destination, sql::header_base(), 0);
+  const std::int64_t line_base = first_value_ignoring_errors(report, ctx.destination, sql::line_base(), 0);
   run_statement(report, ctx.destination, sql::headers_insert(header_base, ctx.staging_path, persons_imported),
                 "Encabezados", "insertadas");
   repaint(ctx);
@@ -134,7 +111,7 @@ void copy_headers_and_lines(StepContext& ctx, StepReport& report, bool persons_i
 // C.6. One calendar entry per contract, type and month of the types
 // liquidated employee by employee.
 void calendar_per_employee(StepContext& ctx, StepReport& report) {
-  db::Recordset rows = query(report, ctx.destination, sql::calendar_per_employee_select());
+  db::Recordset rows = run_query(report, ctx.destination, sql::calendar_per_employee_select());
   LoopProgress progress(ctx, rows.row_count());
   const int type = rows.field_index("id_TipoLiq");
   const int month = rows.field_index("MesDeLiq");
@@ -154,7 +131,7 @@ void calendar_per_employee(StepContext& ctx, StepReport& report) {
 // the walk reaches a row of another type or month; the group in hand when the
 // rows end is deliberately left out.
 void calendar_by_groups(StepContext& ctx, StepReport& report) {
-  db::Recordset rows = query(report, ctx.destination, sql::calendar_group_select());
+  db::Recordset rows = run_query(report, ctx.destination, sql::calendar_group_select());
   if (rows.eof()) return;
   LoopProgress progress(ctx, rows.row_count());
   const auto type_at = static_cast<std::size_t>(rows.field_index("id_TipoLiq"));

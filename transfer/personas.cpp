@@ -20,8 +20,7 @@ namespace {
 // step reads its maxima: an empty result set or a Null is an error, which is
 // what ends the step when there is nothing to take the maximum of.
 std::int64_t read_number(StepReport& report, db::Connection& connection, const std::string& select) {
-  db::Recordset rs = connection.open_recordset(select);
-  ++report.statements_run;
+  db::Recordset rs = run_query(report, connection, select);
   if (rs.eof() || rs.field_count() == 0 || db::is_null(rs.field(0)))
     throw db::Error("Uso no válido de Null: la consulta no dio ningún valor", select);
   return db::as_int(rs.field(0));
@@ -29,9 +28,7 @@ std::int64_t read_number(StepReport& report, db::Connection& connection, const s
 
 // True when `select` on `connection` yields at least one row.
 bool has_rows(StepReport& report, db::Connection& connection, const std::string& select) {
-  const bool rows = !connection.open_recordset(select).eof();
-  ++report.statements_run;
-  return rows;
+  return !run_query(report, connection, select).eof();
 }
 
 void run_all(StepReport& report, db::Connection& connection, const std::vector<std::string>& statements,

@@ -2,6 +2,7 @@
 #include "transfer/step_context.h"
 
 #include "db/error.h"
+#include "db/value.h"
 
 namespace transfer {
 
@@ -38,6 +39,28 @@ std::int64_t run_ignoring_errors(StepReport& report, db::Connection& connection,
     ++report.statements_ignored;
     return -1;
   }
+}
+
+db::Recordset run_query(StepReport& report, db::Connection& connection, std::string_view sql) {
+  db::Recordset rs = connection.open_recordset(sql);
+  ++report.statements_run;
+  return rs;
+}
+
+std::int64_t first_value_ignoring_errors(StepReport& report, db::Connection& connection, std::string_view sql,
+                                         std::int64_t fallback) {
+  try {
+    db::Recordset rs = run_query(report, connection, sql);
+    if (rs.eof() || rs.field_count() == 0) return fallback;
+    return db::as_int(rs.field(0));
+  } catch (const db::Error&) {
+    ++report.statements_ignored;
+    return fallback;
+  }
+}
+
+void repaint(StepContext& ctx) {
+  if (ctx.progress) ctx.progress(-1);
 }
 
 }  // namespace transfer

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "db/connection.h"
+#include "db/recordset.h"
 
 namespace transfer {
 
@@ -73,5 +74,18 @@ std::int64_t run_statement(StepReport& report, db::Connection& connection, std::
 // gives -1; otherwise the rows changed.
 std::int64_t run_ignoring_errors(StepReport& report, db::Connection& connection, std::string_view sql,
                                  std::string_view table = {}, std::string_view action = {});
+
+// Opens a result set on `connection`, counted as a statement run. A refused
+// query raises db::Error, which stops the step.
+db::Recordset run_query(StepReport& report, db::Connection& connection, std::string_view sql);
+
+// The first field of the first row of `sql`, read where the step ignores the
+// query's errors: `fallback` when there is no row or the query is refused
+// (then counted in statements_ignored).
+std::int64_t first_value_ignoring_errors(StepReport& report, db::Connection& connection, std::string_view sql,
+                                         std::int64_t fallback);
+
+// Lets the window repaint; the bar moves by its current step.
+void repaint(StepContext& ctx);
 
 }  // namespace transfer

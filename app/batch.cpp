@@ -108,6 +108,14 @@ void print_transferred(const session::ImportResult& result, std::ostream& out) {
   out << std::flush;
 }
 
+// The run's import report, one INFORME: line each, and where it was written.
+void print_import_report(const session::MainWindowController& c, std::ostream& out) {
+  for (const std::string& line : c.last_import_report) out << "INFORME: " << line << "\n";
+  if (!c.last_import_report_file.empty())
+    out << "INFORME: escrito en " << c.last_import_report_file.string() << "\n";
+  out << std::flush;
+}
+
 }  // namespace
 
 bool BatchSucceeded(const session::ImportResult& result) { return result.finished && !result.steps.empty(); }
@@ -129,6 +137,8 @@ std::string batch_usage() {
          "  --yes | --no         respuesta a todas las preguntas (sin ella, una pregunta\n"
          "                       es un error)\n"
          "  --only-used-concepts importar solo los conceptos utilizados\n"
+         "  --restore-on-error   si un error detiene la importación, devolver la base de\n"
+         "                       KEL desde la copia de seguridad tomada antes del primer paso\n"
          "  --help               esta ayuda\n"
          "\n"
          "Cada paso transferido se resume en líneas TRANSFERIDO (filas por tabla).\n"
@@ -172,6 +182,8 @@ std::optional<BatchOptions> ParseBatchArguments(const std::vector<std::string>& 
       o.answer = answer;
     } else if (arg == "--only-used-concepts") {
       o.only_used_concepts = true;
+    } else if (arg == "--restore-on-error") {
+      o.restore_on_error = true;
     } else if (arg == "--groups") {
       if (!take_value()) return fail("Falta la lista de grupos después de --groups");
       o.groups = parse_groups(value);
@@ -236,6 +248,7 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
     }
     session::CargarMes(c.state.period);
     c.chkImpSoloConUtil = options->only_used_concepts;
+    c.restore_on_error = options->restore_on_error;
     // The boxes are ticked before the source is matched, as a user ticks them
     // before pressing refresh: the matching then unticks the groups whose
     // sources it does not find.
@@ -253,9 +266,11 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
     }
     const session::ImportResult result = c.cbImportar_Click();
     print_transferred(result, out);
+    print_import_report(c, out);
     c.Form_Unload();
     return BatchSucceeded(result) ? kBatchOk : kBatchStopped;
   } catch (const session::SessionAborted& e) {
+    print_import_report(c, out);
     out << "ERROR: " << e.what();
     if (!e.report_file().empty()) out << " (detalle en " << e.report_file().string() << ")";
     out << "\n";

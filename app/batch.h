@@ -35,6 +35,7 @@ struct BatchOptions {
   std::optional<session::Month> to;         // --to MM/yyyy: ticks and sets Hasta
   std::optional<bool> answer;               // --yes / --no
   bool only_used_concepts = false;          // --only-used-concepts (chkImpSoloConUtil)
+  bool restore_on_error = false;            // --restore-on-error: an error puts the safety copy back
   bool help = false;                        // --help
 };
 

@@ -1,0 +1,39 @@
+// session/safety_copy.h — the copy of the KEL company file taken before an
+// import run changes it, its name, and the way back.
+//
+// Copies live beside the company file and carry its name, so a copy says by
+// itself which file it belongs to:
+//   Datos.mdb.antes-de-importar-2026-11-22-1530
+// (seconds, then "-2", "-3" ... are added when a copy of that minute exists).
+// Copies are never deleted by the program; the user removes old ones.
+#pragma once
+
+#include <ctime>
+#include <filesystem>
+#include <string>
+
+namespace session {
+
+// What sits between the company file's name and the date in a copy's name.
+inline constexpr const char* kSafetyCopyMarker = ".antes-de-importar-";
+
+// The question the error report asks when a run that made a copy stops.
+inline constexpr const char* kRestoreQuestion = "¿Desea devolver la base de KEL al estado anterior a la importación?";
+
+// A free name for a copy of `company` taken at local time `now`: the minute
+// first, then with seconds, then with a counter.
+std::filesystem::path SafetyCopyPath(const std::filesystem::path& company, std::time_t now);
+
+// Makes the copy of `company` (online backup, verified, see db/backup.h) and
+// returns its path. Throws db::Error with a Spanish reason when it cannot.
+std::filesystem::path MakeSafetyCopy(const std::filesystem::path& company);
+
+// The company file a copy belongs to (its name without the marker and the
+// date); empty when `copy` is not named as a copy.
+std::filesystem::path CompanyFileOfCopy(const std::filesystem::path& copy);
+
+// Puts `copy` back in place of `company` (db::restore_database). No
+// connection may have the company file open. Throws db::Error.
+void RestoreSafetyCopy(const std::filesystem::path& copy, const std::filesystem::path& company);
+
+}  // namespace session

@@ -91,6 +91,25 @@ void remove_quietly(const std::string& path) {
 
 }  // namespace
 
+void wait_until_writable(const std::string& path, int busy_timeout_ms) {
+  Handle h;
+  int rc = sqlite3_open_v2(path.c_str(), &h.db, SQLITE_OPEN_READWRITE, nullptr);
+  if (rc == SQLITE_OK) {
+    sqlite3_busy_timeout(h.db, busy_timeout_ms);
+    // BEGIN IMMEDIATE takes the write lock (waiting through the busy
+    // handler) without changing anything; the rollback lets it go.
+    rc = sqlite3_exec(h.db, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+    if (rc == SQLITE_OK) {
+      sqlite3_exec(h.db, "ROLLBACK", nullptr, nullptr, nullptr);
+      return;
+    }
+  }
+  if ((rc & 0xff) == SQLITE_BUSY || (rc & 0xff) == SQLITE_LOCKED)
+    throw Error("La base " + path + " está bloqueada por otro programa (se esperó " +
+                std::to_string(busy_timeout_ms / 1000) + " segundos). Cierre el otro programa y vuelva a intentarlo.");
+  throw Error("No se puede escribir en la base " + path + ": " + reason_of(rc, h.db));
+}
+
 std::string quick_check(const std::string& path) {
   Handle h;
   int rc = sqlite3_open_v2(path.c_str(), &h.db, SQLITE_OPEN_READONLY, nullptr);

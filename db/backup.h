@@ -24,6 +24,11 @@ inline constexpr int kBackupBusyTimeoutMs = 15000;
 void backup_database(const std::string& source_path, const std::string& target_path,
                      int busy_timeout_ms = kBackupBusyTimeoutMs);
 
+// Waits, up to `busy_timeout_ms`, until the database at `path` can be written
+// (another program may hold a write transaction on it), then lets go at once.
+// Throws db::Error naming the file when it stays locked or cannot be opened.
+void wait_until_writable(const std::string& path, int busy_timeout_ms = kBackupBusyTimeoutMs);
+
 // The result of PRAGMA quick_check on the database at `path`: "" when it is
 // sound, otherwise the engine's first complaint (or why it could not be read).
 std::string quick_check(const std::string& path);

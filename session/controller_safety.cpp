@@ -2,6 +2,7 @@
 // its first step, and the restore the error report offers.
 #include <algorithm>
 
+#include "db/backup.h"
 #include "db/error.h"
 #include "session/main_controller.h"
 #include "session/safety_copy.h"
@@ -16,6 +17,14 @@ bool MainWindowController::take_safety_copy(ImportResult& result) {
   if (!destination || !destination->is_open())
     return true;  // the run reports the missing base itself
   const fs::path company = destination->data_source_name();
+  try {
+    // A file another program is writing would stop the first step half-way:
+    // better to wait for it (or give up) before anything starts.
+    db::wait_until_writable(company.string());
+  } catch (const db::Error& e) {
+    ui_.warning("No se importa nada: " + e.message());
+    return false;
+  }
   try {
     result.safety_copy = MakeSafetyCopy(company);
   } catch (const db::Error& e) {

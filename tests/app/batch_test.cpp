@@ -332,4 +332,26 @@ TEST_F(BatchRun, ImportReportFiguresMatchTheDatabases) {
   EXPECT_NE(TempDir::read(file).find("Resultado: importación terminada\r\n"), std::string::npos);
 }
 
+
+// Another program holds a write transaction on the KEL file: the run waits
+// for it up to the busy timeout, then stops with a message that names the
+// file, and nothing changed.
+TEST_F(BatchRun, LockedKelFileStopsTheRunWithNothingChanged) {
+  const fs::path kel = root_ / "demo" / "Empresa" / "Datos.mdb";
+  const std::string before = dump(kel);
+  sqlite3* holder = nullptr;
+  ASSERT_EQ(sqlite3_open(kel.c_str(), &holder), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(holder, "BEGIN IMMEDIATE; UPDATE Empresa SET Nombre = Nombre;", nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  BatchResult locked = run({"--yes", "--groups", "1", demo_line()});
+  sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_close(holder);
+  EXPECT_EQ(locked.status, 1) << locked.out;
+  EXPECT_TRUE(locked.has("AVISO: No se importa nada: La base " + kel.string() +
+                         " está bloqueada por otro programa (se esperó 15 segundos)")) << locked.out;
+  EXPECT_FALSE(locked.has("Copia de seguridad de la base de KEL:")) << locked.out;
+  EXPECT_FALSE(locked.has("TRANSFERIDO:")) << locked.out;
+  EXPECT_EQ(dump(kel), before);
+}
+
 }  // namespace

@@ -137,3 +137,28 @@ TEST(Backup, RestoreReplacesTheFileAndDropsItsJournals) {
 }
 
 }  // namespace
+
+namespace {
+
+// A write transaction of another connection makes the wait give up after the
+// timeout with a message naming the file; once it ends, the file is writable.
+TEST(Backup, WaitUntilWritableGivesUpOnALockedFile) {
+  TempFolder tmp;
+  const std::string file = tmp.file("Datos.mdb");
+  run(file, kSchema);
+  sqlite3* holder = nullptr;
+  ASSERT_EQ(sqlite3_open(file.c_str(), &holder), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(holder, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  try {
+    db::wait_until_writable(file, 200);
+    ADD_FAILURE() << "no error";
+  } catch (const db::Error& e) {
+    EXPECT_NE(e.message().find("La base " + file + " está bloqueada por otro programa"), std::string::npos)
+        << e.message();
+  }
+  sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_close(holder);
+  EXPECT_NO_THROW(db::wait_until_writable(file, 200));
+}
+
+}  // namespace

@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
   const std::vector<std::string> rest(args.empty() ? args.end() : args.begin() + 1, args.end());
 
   if (mode == "--sql") return app::run_sql_console(rest, std::cin, std::cout, std::cerr);
-  if (mode == "--restore") return app::run_restore(rest, std::cin, std::cout);
+  if (mode == "--restore") return app::run_restore(rest, app::ProgramFolder(argv[0]), std::cin, std::cout);
   if (mode == "--batch")
     return app::run_batch(rest, app::ProgramFolder(argv[0]), std::cout, std::cerr, isatty(STDERR_FILENO) == 1);
   if (mode == "--help" || mode == "-h") {

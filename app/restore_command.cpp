@@ -30,7 +30,8 @@ bool is_yes(std::string answer) {
 
 }  // namespace
 
-int run_restore(const std::vector<std::string>& args, std::istream& in, std::ostream& out) {
+int run_restore(const std::vector<std::string>& args, const std::filesystem::path& program_folder,
+                std::istream& in, std::ostream& out) {
   bool yes = false;
   std::string copy;
   for (const std::string& arg : args) {
@@ -71,7 +72,21 @@ int run_restore(const std::vector<std::string>& args, std::istream& in, std::ost
     out << "ERROR: " << e.message() << "\n";
     return 2;
   }
-  out << "INFO: " << company.string() << " fue devuelta al estado de la copia " << copy << " (la copia se conserva)\n";
+  out << "INFO: " << company.string() << " fue devuelta al estado de la copia " << copy
+      << " (la copia se conserva)\n";
+  const std::filesystem::path staging_copy = session::StagingCopyOf(copy);
+  const std::filesystem::path staging = session::StagingFileOf(program_folder, company);
+  std::error_code ec;
+  if (std::filesystem::exists(staging_copy, ec) &&
+      std::filesystem::exists(staging.parent_path(), ec)) {
+    try {
+      session::RestoreSafetyCopy(staging_copy, staging);
+      out << "INFO: También la base auxiliar " << staging.string()
+          << " volvió al estado anterior a la importación\n";
+    } catch (const db::Error& e) {
+      out << "AVISO: La base de KEL se devolvió, pero la base auxiliar no: " << e.message() << "\n";
+    }
+  }
   return 0;
 }
 

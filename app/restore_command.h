@@ -7,6 +7,7 @@
 // is given. The copy itself is kept.
 #pragma once
 
+#include <filesystem>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -18,6 +19,9 @@ namespace app {
 // failed (the company file is as it was) and 3 for wrong arguments. Messages
 // go to `out`, one per line (INFO:, PREGUNTA:, ERROR:); the answer is read
 // from `in`.
-int run_restore(const std::vector<std::string>& args, std::istream& in, std::ostream& out);
+// The staging database's copy taken with it (COPY.auxiliar) goes back to the
+// company's staging database in `program_folder` as well.
+int run_restore(const std::vector<std::string>& args, const std::filesystem::path& program_folder,
+                std::istream& in, std::ostream& out);
 
 }  // namespace app

@@ -27,6 +27,8 @@ bool MainWindowController::take_safety_copy(ImportResult& result) {
   }
   try {
     result.safety_copy = MakeSafetyCopy(company);
+    if (staging && staging->is_open())
+      db::backup_database(staging->data_source_name(), StagingCopyOf(result.safety_copy).string());
   } catch (const db::Error& e) {
     ui_.warning(
         "No se importa nada: antes de cambiar la base de KEL se hace una copia de seguridad, y no "
@@ -42,6 +44,7 @@ bool MainWindowController::take_safety_copy(ImportResult& result) {
 void MainWindowController::offer_restore(ImportResult& result) {
   const fs::path company =
       destination ? fs::path(destination->data_source_name()) : fs::path(PathDeEmp);
+  const fs::path staging_file = staging ? fs::path(staging->data_source_name()) : fs::path();
   const bool wanted = restore_on_error ? *restore_on_error
                                        : ui_.ask_yes_no(kRestoreQuestion, QuestionIcon::kQuestion);
   if (!wanted) {
@@ -55,8 +58,13 @@ void MainWindowController::offer_restore(ImportResult& result) {
   // The session's connections must let go of the file before it is replaced;
   // the program ends after the report, so they are not reopened.
   if (destination) destination->close();
+  if (staging) staging->close();
   try {
     RestoreSafetyCopy(result.safety_copy, company);
+    const fs::path staging_copy = StagingCopyOf(result.safety_copy);
+    std::error_code ec;
+    if (!staging_file.empty() && fs::exists(staging_copy, ec))
+      db::restore_database(staging_copy.string(), staging_file.string());
   } catch (const db::Error& e) {
     ui_.warning(e.message() + "\r\nLa copia sigue en " + result.safety_copy.string());
     return;

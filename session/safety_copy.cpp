@@ -42,14 +42,37 @@ fs::path CompanyFileOfCopy(const fs::path& copy) {
   const std::string name = copy.filename().string();
   const std::size_t at = name.rfind(kSafetyCopyMarker);
   if (at == std::string::npos || at == 0) return {};
-  // What follows the marker must be the date the program writes.
+  // What follows the marker must be the date the program writes:
+  // yyyy-MM-dd-HHmm, then maybe the seconds, then maybe "-<counter>".
   const std::string date = name.substr(at + std::char_traits<char>::length(kSafetyCopyMarker));
-  if (date.size() < 15 || date[4] != '-' || date[7] != '-' || date[10] != '-') return {};
+  const std::string shape = "dddd-dd-dd-dddd";
+  if (date.size() < shape.size()) return {};
+  auto digit = [](char c) { return c >= '0' && c <= '9'; };
+  for (std::size_t i = 0; i < shape.size(); ++i)
+    if (shape[i] == 'd' ? !digit(date[i]) : date[i] != shape[i]) return {};
+  std::size_t i = shape.size();
+  if (i + 2 <= date.size() && digit(date[i]) && digit(date[i + 1])) i += 2;
+  if (i < date.size()) {
+    if (date[i] != '-' || i + 1 == date.size()) return {};
+    for (++i; i < date.size(); ++i)
+      if (!digit(date[i])) return {};
+  }
   return copy.parent_path() / name.substr(0, at);
 }
 
 void RestoreSafetyCopy(const fs::path& copy, const fs::path& company) {
   db::restore_database(copy.string(), company.string());
+}
+
+fs::path StagingCopyOf(const fs::path& copy) {
+  return copy.string() + ".auxiliar";
+}
+
+fs::path StagingFileOf(const fs::path& program_folder, const fs::path& company) {
+  std::error_code ec;
+  fs::path absolute = fs::absolute(company, ec);
+  if (ec) absolute = company;
+  return program_folder / absolute.parent_path().filename() / "Pasaje.mdb";
 }
 
 }  // namespace session

@@ -36,4 +36,15 @@ std::filesystem::path CompanyFileOfCopy(const std::filesystem::path& copy);
 // connection may have the company file open. Throws db::Error.
 void RestoreSafetyCopy(const std::filesystem::path& copy, const std::filesystem::path& company);
 
+// The copy of the staging database taken with the KEL copy `copy`: the
+// transfer writes the staging's mapping tables (the concepts and liquidation
+// types it created in KEL), which must go back together with the KEL file or
+// the next run would map to ids the restore removed.
+std::filesystem::path StagingCopyOf(const std::filesystem::path& copy);
+
+// The staging database of `company` in the program folder `program_folder`
+// (<program folder>/<company's folder name>/Pasaje.mdb), as the session
+// places it.
+std::filesystem::path StagingFileOf(const std::filesystem::path& program_folder, const std::filesystem::path& company);
+
 }  // namespace session

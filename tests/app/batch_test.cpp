@@ -256,6 +256,7 @@ TEST_F(BatchRun, SafetyCopyIsRestoredOnErrorOrByHand) {
   EXPECT_TRUE(restored.has("\nINFORME: Resultado: detenida por un error: ")) << restored.out;
   EXPECT_EQ(dump(kel), before);
   EXPECT_EQ(dump(copy), before);
+  EXPECT_TRUE(fs::exists(copy + ".auxiliar")) << "the staging database is copied with it";
 
   BatchResult kept = run({"--yes", demo_line()});
   EXPECT_EQ(kept.status, 2) << kept.out;
@@ -271,7 +272,7 @@ TEST_F(BatchRun, SafetyCopyIsRestoredOnErrorOrByHand) {
       {{"--restore", copy2}, "n\n", 1, "INFO: No se cambió nada"},
       {{"--restore", kel.string()}, "", 3, "no tiene el nombre de una copia de seguridad"},
       {{"--restore"}, "", 3, "Falta la copia"},
-      {{"--restore", copy2}, "s\n", 0, "fue devuelta al estado de la copia"},
+      {{"--restore", copy2}, "s\n", 0, "INFO: También la base auxiliar " + (prog_ / "Empresa" / "Pasaje.mdb").string()},
       {{"--restore", "--yes", copy}, "", 0, "fue devuelta al estado de la copia"},
   };
   for (const auto& [args, input, status, text] : cases) {
@@ -281,6 +282,8 @@ TEST_F(BatchRun, SafetyCopyIsRestoredOnErrorOrByHand) {
     EXPECT_TRUE(r.has(text)) << r.out;
     EXPECT_EQ(dump(kel) == before, status == 0);
   }
+  // After a restore the next run starts from the state before the first one.
+  EXPECT_EQ(run({"--yes", demo_line()}).status, 2) << "the trigger still refuses the headers";
 }
 
 // The report's figures are the databases' own: the rows it says were staged

@@ -213,7 +213,10 @@ TEST(SafetyCopy, NamesAreFreeAndSayTheirCompany) {
     EXPECT_EQ(session::CompanyFileOfCopy(name), company);
     kel_test::write_file(name, "x");
   }
-  for (const std::string bad : {"Datos.mdb", "Datos.mdb.antes-de-importar-", "Datos.mdb.antes-de-importar-ayer"})
+  for (const std::string bad : {"Datos.mdb", "Datos.mdb.antes-de-importar-", "Datos.mdb.antes-de-importar-ayer",
+                                "Datos.mdb.antes-de-importar-2026-11-22-1530.auxiliar",
+                                "Datos.mdb.antes-de-importar-2026-11-22-1530.parcial",
+                                "Datos.mdb.antes-de-importar-2026-11-22-153007-"})
     EXPECT_TRUE(session::CompanyFileOfCopy(tmp / bad).empty()) << bad;
 }
 

@@ -80,9 +80,9 @@ int run_restore(const std::vector<std::string>& args, const std::filesystem::pat
   if (std::filesystem::exists(staging_copy, ec) &&
       std::filesystem::exists(staging.parent_path(), ec)) {
     try {
-      session::RestoreSafetyCopy(staging_copy, staging);
-      out << "INFO: También la base auxiliar " << staging.string()
-          << " volvió al estado anterior a la importación\n";
+      session::RestoreStagingMappings(copy, staging);
+      out << "INFO: También las relaciones de conceptos y tipos de liquidación de la base auxiliar "
+          << staging.string() << " volvieron al estado anterior a la importación\n";
     } catch (const db::Error& e) {
       out << "AVISO: La base de KEL se devolvió, pero la base auxiliar no: " << e.message() << "\n";
     }

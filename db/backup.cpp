@@ -106,7 +106,8 @@ void wait_until_writable(const std::string& path, int busy_timeout_ms) {
   }
   if ((rc & 0xff) == SQLITE_BUSY || (rc & 0xff) == SQLITE_LOCKED)
     throw Error("La base " + path + " está bloqueada por otro programa (se esperó " +
-                std::to_string(busy_timeout_ms / 1000) + " segundos). Cierre el otro programa y vuelva a intentarlo.");
+                std::to_string(busy_timeout_ms / 1000) +
+                " segundos). Cierre el otro programa y vuelva a intentarlo.");
   throw Error("No se puede escribir en la base " + path + ": " + reason_of(rc, h.db));
 }
 
@@ -195,6 +196,137 @@ void backup_database(const std::string& source_path, const std::string& target_p
     throw Error(fail + why);
   }
   sync_folder(fs::path(target_path).parent_path());
+}
+
+namespace {
+
+// `name` as a quoted SQL identifier.
+std::string quoted(const std::string& name) {
+  std::string q = "\"";
+  for (char c : name) q += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return q + "\"";
+}
+
+// `text` as a SQL string literal.
+std::string literal(const std::string& text) {
+  std::string q = "'";
+  for (char c : text) q += c == '\'' ? std::string("''") : std::string(1, c);
+  return q + "'";
+}
+
+// Runs `sql` on `db`; throws db::Error(prefix + reason) when refused.
+void exec_or_throw(sqlite3* db, const std::string& sql, const std::string& prefix) {
+  char* message = nullptr;
+  const int rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &message);
+  if (rc == SQLITE_OK) return;
+  std::string why = reason_of(rc, db);
+  if ((rc & 0xff) != SQLITE_FULL && (rc & 0xff) != SQLITE_BUSY && message) why = message;
+  sqlite3_free(message);
+  throw Error(prefix + why);
+}
+
+// The names among `tables` that schema `schema` of `db` has.
+std::vector<std::string> existing_tables(sqlite3* db, const std::string& schema,
+                                         const std::vector<std::string>& tables) {
+  std::vector<std::string> found;
+  for (const std::string& table : tables) {
+    sqlite3_stmt* st = nullptr;
+    const std::string sql = "SELECT 1 FROM " + quoted(schema) +
+                            ".sqlite_master WHERE type = 'table' AND name = " + literal(table);
+    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) == SQLITE_OK &&
+        sqlite3_step(st) == SQLITE_ROW)
+      found.push_back(table);
+    sqlite3_finalize(st);
+  }
+  return found;
+}
+
+}  // namespace
+
+void backup_tables(const std::string& source_path, const std::vector<std::string>& tables,
+                   const std::string& target_path, int busy_timeout_ms) {
+  const std::string fail =
+      "No se pudo hacer la copia de seguridad de " + source_path + " en " + target_path + ": ";
+  std::error_code ec;
+  if (fs::exists(target_path, ec)) throw Error(fail + "ya existe un archivo con ese nombre");
+  if (!fs::is_regular_file(source_path, ec))
+    throw Error(fail + reason_of(SQLITE_CANTOPEN, nullptr));
+  const std::string partial = target_path + ".parcial";
+  remove_quietly(partial);
+  try {
+    Handle target;
+    int rc = sqlite3_open_v2(partial.c_str(), &target.db,
+                             SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    if (rc != SQLITE_OK) throw Error(fail + reason_of(rc, target.db));
+    sqlite3_busy_timeout(target.db, busy_timeout_ms);
+    exec_or_throw(target.db,
+                  "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; ATTACH " +
+                      literal(source_path) + " AS src",
+                  fail);
+    // One read transaction over the source: every table from the same moment.
+    exec_or_throw(target.db, "BEGIN", fail);
+    for (const std::string& table : existing_tables(target.db, "src", tables))
+      exec_or_throw(target.db,
+                    "CREATE TABLE main." + quoted(table) + " AS SELECT * FROM src." + quoted(table),
+                    fail);
+    exec_or_throw(target.db, "COMMIT; DETACH src", fail);
+  } catch (const Error&) {
+    remove_quietly(partial);
+    throw;
+  }
+  const std::string problem = quick_check(partial);
+  if (!problem.empty()) {
+    remove_quietly(partial);
+    throw Error(fail + "la copia no pasó la verificación (" + problem + ")");
+  }
+  try {
+    sync_file(partial);
+  } catch (const Error& e) {
+    remove_quietly(partial);
+    throw Error(fail + e.message());
+  }
+  if (::rename(partial.c_str(), target_path.c_str()) != 0) {
+    const std::string why = errno_reason(errno);
+    remove_quietly(partial);
+    throw Error(fail + why);
+  }
+  sync_folder(fs::path(target_path).parent_path());
+}
+
+void restore_tables(const std::string& copy_path, const std::string& target_path,
+                    int busy_timeout_ms) {
+  const std::string fail =
+      "No se pudo devolver " + target_path + " desde la copia " + copy_path + ": ";
+  std::error_code ec;
+  if (!fs::is_regular_file(copy_path, ec)) throw Error(fail + "la copia no existe");
+  const std::string problem = quick_check(copy_path);
+  if (!problem.empty()) throw Error(fail + "la copia no pasó la verificación (" + problem + ")");
+  Handle target;
+  int rc = sqlite3_open_v2(target_path.c_str(), &target.db, SQLITE_OPEN_READWRITE, nullptr);
+  if (rc != SQLITE_OK) throw Error(fail + reason_of(rc, target.db));
+  sqlite3_busy_timeout(target.db, busy_timeout_ms);
+  exec_or_throw(target.db, "ATTACH " + literal(copy_path) + " AS cp", fail);
+  std::vector<std::string> tables;
+  {
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(target.db, "SELECT name FROM cp.sqlite_master WHERE type = 'table'", -1,
+                           &st, nullptr) == SQLITE_OK)
+      while (sqlite3_step(st) == SQLITE_ROW)
+        tables.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
+    sqlite3_finalize(st);
+  }
+  exec_or_throw(target.db, "BEGIN IMMEDIATE", fail);
+  try {
+    for (const std::string& table : existing_tables(target.db, "main", tables))
+      exec_or_throw(target.db,
+                    "DELETE FROM main." + quoted(table) + "; INSERT INTO main." + quoted(table) +
+                        " SELECT * FROM cp." + quoted(table),
+                    fail);
+    exec_or_throw(target.db, "COMMIT", fail);
+  } catch (const Error&) {
+    sqlite3_exec(target.db, "ROLLBACK", nullptr, nullptr, nullptr);
+    throw;
+  }
 }
 
 void restore_database(const std::string& copy_path, const std::string& target_path) {

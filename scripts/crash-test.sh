@@ -45,7 +45,7 @@ for entry in "$bin"/*; do
   esac
 done
 pristine="$bin/demo/Empresa/Datos.mdb"
-source_folder="$bin/demo/Origen_BD"
+source_folder="$work/Origen_BD"
 company_dir="$work/Empresa"
 company="$company_dir/Datos.mdb"
 staging="$prog/Empresa/Pasaje.mdb"
@@ -56,6 +56,9 @@ before="$work/before.sql"
 # KEL file), so the two start together, as a first import does.
 fresh_company() {
   rm -f "$staging" "$staging-wal" "$staging-shm"
+  # The source database too: a run leaves its own work tables in it.
+  rm -rf "$source_folder"
+  cp -r "$bin/demo/Origen_BD" "$source_folder"
   rm -rf "$company_dir"
   mkdir -p "$company_dir"
   cp "$pristine" "$company"

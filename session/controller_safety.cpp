@@ -28,12 +28,11 @@ bool MainWindowController::take_safety_copy(ImportResult& result) {
   try {
     result.safety_copy = MakeSafetyCopy(company);
     if (staging && staging->is_open())
-      db::backup_database(staging->data_source_name(), StagingCopyOf(result.safety_copy).string());
+      SaveStagingMappings(staging->data_source_name(), result.safety_copy);
   } catch (const db::Error& e) {
     ui_.warning(
-        "No se importa nada: antes de cambiar la base de KEL se hace una copia de seguridad, y no "
-        "se "
-        "pudo hacer.\r\n" +
+        "No se importa nada: antes de cambiar la base de KEL se hace una copia de seguridad, "
+        "y no se pudo hacer.\r\n" +
         e.message());
     return false;
   }
@@ -64,7 +63,7 @@ void MainWindowController::offer_restore(ImportResult& result) {
     const fs::path staging_copy = StagingCopyOf(result.safety_copy);
     std::error_code ec;
     if (!staging_file.empty() && fs::exists(staging_copy, ec))
-      db::restore_database(staging_copy.string(), staging_file.string());
+      RestoreStagingMappings(result.safety_copy, staging_file);
   } catch (const db::Error& e) {
     ui_.warning(e.message() + "\r\nLa copia sigue en " + result.safety_copy.string());
     return;

@@ -2,6 +2,8 @@
 #include "session/safety_copy.h"
 
 #include <cstdio>
+#include <iterator>
+#include <vector>
 
 #include "db/backup.h"
 
@@ -66,6 +68,17 @@ void RestoreSafetyCopy(const fs::path& copy, const fs::path& company) {
 
 fs::path StagingCopyOf(const fs::path& copy) {
   return copy.string() + ".auxiliar";
+}
+
+void SaveStagingMappings(const fs::path& staging, const fs::path& copy) {
+  db::backup_tables(
+      staging.string(),
+      std::vector<std::string>(std::begin(kStagingMappingTables), std::end(kStagingMappingTables)),
+      StagingCopyOf(copy).string());
+}
+
+void RestoreStagingMappings(const fs::path& copy, const fs::path& staging) {
+  db::restore_tables(StagingCopyOf(copy).string(), staging.string());
 }
 
 fs::path StagingFileOf(const fs::path& program_folder, const fs::path& company) {

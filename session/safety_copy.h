@@ -36,11 +36,20 @@ std::filesystem::path CompanyFileOfCopy(const std::filesystem::path& copy);
 // connection may have the company file open. Throws db::Error.
 void RestoreSafetyCopy(const std::filesystem::path& copy, const std::filesystem::path& company);
 
-// The copy of the staging database taken with the KEL copy `copy`: the
-// transfer writes the staging's mapping tables (the concepts and liquidation
-// types it created in KEL), which must go back together with the KEL file or
-// the next run would map to ids the restore removed.
+// The staging tables the transfer writes that name ids of the KEL file: the
+// mappings of the concepts and liquidation types it creates there. They must
+// go back together with the KEL file, or the next run would map to ids the
+// restore removed. (The other staging changes of a run trim staged data the
+// next load brings back whole.)
+inline constexpr const char* kStagingMappingTables[] = {"RelacConc", "RelacTLiq"};
+
+// The copy of the staging mapping tables taken with the KEL copy `copy`.
 std::filesystem::path StagingCopyOf(const std::filesystem::path& copy);
+
+// Copies the mapping tables of `staging` to StagingCopyOf(copy) / puts them
+// back. Throw db::Error.
+void SaveStagingMappings(const std::filesystem::path& staging, const std::filesystem::path& copy);
+void RestoreStagingMappings(const std::filesystem::path& copy, const std::filesystem::path& staging);
 
 // The staging database of `company` in the program folder `program_folder`
 // (<program folder>/<company's folder name>/Pasaje.mdb), as the session

@@ -272,7 +272,7 @@ TEST_F(BatchRun, SafetyCopyIsRestoredOnErrorOrByHand) {
       {{"--restore", copy2}, "n\n", 1, "INFO: No se cambió nada"},
       {{"--restore", kel.string()}, "", 3, "no tiene el nombre de una copia de seguridad"},
       {{"--restore"}, "", 3, "Falta la copia"},
-      {{"--restore", copy2}, "s\n", 0, "INFO: También la base auxiliar " + (prog_ / "Empresa" / "Pasaje.mdb").string()},
+      {{"--restore", copy2}, "s\n", 0, "de la base auxiliar " + (prog_ / "Empresa" / "Pasaje.mdb").string() + " volvieron"},
       {{"--restore", "--yes", copy}, "", 0, "fue devuelta al estado de la copia"},
   };
   for (const auto& [args, input, status, text] : cases) {

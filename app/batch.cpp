@@ -107,6 +107,14 @@ void print_transferred(const session::ImportResult& result, std::ostream& out) {
   out << std::flush;
 }
 
+// The run's import report, one INFORME: line each, and where it was written.
+void print_import_report(const session::MainWindowController& c, std::ostream& out) {
+  for (const std::string& line : c.last_import_report) out << "INFORME: " << line << "\n";
+  if (!c.last_import_report_file.empty())
+    out << "INFORME: escrito en " << c.last_import_report_file.string() << "\n";
+  out << std::flush;
+}
+
 }  // namespace
 
 bool BatchSucceeded(const session::ImportResult& result) { return result.finished && !result.steps.empty(); }
@@ -137,9 +145,14 @@ std::string batch_usage() {
          "  --set-aside-bad-rows apartar las filas con clave vacía o repetida en\n"
          "                       rechazados/<tabla>.csv y cargar el resto de la tabla\n"
          "                       (sin ella, esa tabla no se carga)\n"
+         "  --restore-on-error   si un error detiene la importación, devolver la base de\n"
+         "                       KEL desde la copia de seguridad tomada antes del primer paso\n"
          "  --help               esta ayuda\n"
          "\n"
-         "Cada paso transferido se resume en líneas TRANSFERIDO (filas por tabla).\n"
+         "Cada paso transferido se resume en líneas TRANSFERIDO (filas por tabla), y el\n"
+         "informe de la importación en líneas INFORME (también escrito junto a la base\n"
+         "auxiliar). Antes del primer paso se copia la base de KEL a su lado\n"
+         "(<base>.antes-de-importar-<fecha>); kelimport --restore COPIA la devuelve.\n"
          "\n"
          "Resultado: 0 importación satisfactoria (al menos un grupo transferido), sin\n"
          "nada omitido; 1 una respuesta detuvo la importación o no había ningún grupo\n"
@@ -183,6 +196,8 @@ std::optional<BatchOptions> ParseBatchArguments(const std::vector<std::string>& 
       o.only_used_concepts = true;
     } else if (arg == "--set-aside-bad-rows") {
       o.set_aside_bad_rows = true;
+    } else if (arg == "--restore-on-error") {
+      o.restore_on_error = true;
     } else if (arg == "--groups") {
       if (!take_value()) return fail("Falta la lista de grupos después de --groups");
       o.groups = parse_groups(value);
@@ -255,6 +270,7 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
     }
     session::CargarMes(c.state.period);
     preview.chkImpSoloConUtil = options->only_used_concepts;
+    c.restore_on_error = options->restore_on_error;
     // The boxes are ticked before the source is matched, as a user ticks them
     // before pressing refresh: the matching then unticks the groups whose
     // sources it does not find.
@@ -291,9 +307,11 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
     const session::ImportResult result = c.cbImportar_Click();
     print_transferred(result, out);
     outcome.finished = BatchSucceeded(result);
+    print_import_report(c, out);
     c.Form_Unload();
     return BatchExitStatus(outcome);
   } catch (const session::SessionAborted& e) {
+    print_import_report(c, out);
     out << "ERROR: " << e.what();
     if (!e.report_file().empty()) out << " (detalle en " << e.report_file().string() << ")";
     out << "\n";

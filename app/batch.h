@@ -50,6 +50,7 @@ struct BatchOptions {
   std::optional<bool> answer;               // --yes / --no
   bool only_used_concepts = false;          // --only-used-concepts (chkImpSoloConUtil)
   bool set_aside_bad_rows = false;          // --set-aside-bad-rows (ApartarRechazados)
+  bool restore_on_error = false;            // --restore-on-error: an error puts the safety copy back
   bool help = false;                        // --help
 };
 

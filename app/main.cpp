@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "app/batch.h"
+#include "app/restore_command.h"
 #include "app/sql_console.h"
 
 namespace {
@@ -19,6 +20,7 @@ std::string usage() {
   return "Uso:\n"
          "  kelimport --batch [opciones] \"DESTINO*ORIGEN*FORMATO\"\n"
          "                                                   importación sin ventana (kelimport --batch --help)\n"
+         "  kelimport --restore [--yes] COPIA                devuelve la base de KEL desde una copia de seguridad\n"
          "  kelimport --sql [--explain] BASE [INSTRUCCION]   consola SQL (kelimport --sql --help)\n"
          "  kelimport --help                                 esta ayuda\n";
 }
@@ -31,6 +33,7 @@ int main(int argc, char** argv) {
   const std::vector<std::string> rest(args.empty() ? args.end() : args.begin() + 1, args.end());
 
   if (mode == "--sql") return app::run_sql_console(rest, std::cin, std::cout, std::cerr);
+  if (mode == "--restore") return app::run_restore(rest, app::ProgramFolder(argv[0]), std::cin, std::cout);
   if (mode == "--batch")
     return app::run_batch(rest, app::ProgramFolder(argv[0]), std::cout, std::cerr, isatty(STDERR_FILENO) == 1);
   if (mode == "--help" || mode == "-h") {

@@ -1,6 +1,7 @@
 // session/controller_import.cpp — the import run (cbImportar_Click): the
 // company check, the ticked transfer steps in their fixed order, the mapping
 // grids and the closing box.
+#include <chrono>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -18,7 +19,9 @@ namespace {
 class UiQuestions final : public transfer::Questions {
  public:
   explicit UiQuestions(UserInterface& ui) : ui_(ui) {}
-  bool ask_yes_no(const std::string& text) override { return ui_.ask_yes_no(text, QuestionIcon::kQuestion); }
+  bool ask_yes_no(const std::string& text) override {
+    return ui_.ask_yes_no(text, QuestionIcon::kQuestion);
+  }
 
  private:
   UserInterface& ui_;
@@ -39,31 +42,50 @@ ImportResult MainWindowController::cbImportar_Click() {
   result.confirmed = true;
   ImportaEmpleados = state.ChkOP[2];
 
+  const std::string started = NowText();
+  if (!take_safety_copy(result)) {
+    write_import_report(result, started, "no se importó nada: no se pudo hacer la copia de seguridad");
+    return result;
+  }
+
   UiQuestions questions(ui_);
   std::string current;
   std::vector<std::string> applied;
-  run_guarded(
-      "cbImportar_Click",
-      [&] {
-        for (int group = 0; group < transfer::kGroupCount; ++group) {
-          if (!state.ChkOP[static_cast<std::size_t>(group)] || !Valido(false)) continue;
-          current = std::to_string(group + 1) + ". " + transfer::group_caption(group);
-          if (!destination || !destination->is_open()) throw std::runtime_error("No hay una base de KEL abierta");
-          if (!staging || !staging->is_open()) throw std::runtime_error("No hay una base auxiliar abierta");
-          transfer::StepContext ctx{*destination, *staging,
-                                    db::jet_path_literal(staging->data_source_name()), questions,
-                                    [this](float argument) { ActuBarra(argument); }};
-          // The months go as "yyyy-MM-01", a text Jet's CDate reads in any
-          // locale; an unticked bound goes as "".
-          const transfer::RunInputs inputs{DesdeText(state.period), HastaText(state.period), ImportaEmpleados};
-          result.steps.push_back({group, transfer_.run_step(group, ctx, inputs)});
-          applied.push_back("paso " + current);
-        }
-        current = "actualización de las grillas de relaciones";
-        ActuGridConc(-1);
-        ActuGridTliq();
-      },
-      [&] { return current; }, [&] { return applied; });
+  try {
+    run_guarded(
+        "cbImportar_Click",
+        [&] {
+          for (int group = 0; group < transfer::kGroupCount; ++group) {
+            if (!state.ChkOP[static_cast<std::size_t>(group)] || !Valido(false)) continue;
+            current = std::to_string(group + 1) + ". " + transfer::group_caption(group);
+            if (!destination || !destination->is_open())
+              throw std::runtime_error("No hay una base de KEL abierta");
+            if (!staging || !staging->is_open())
+              throw std::runtime_error("No hay una base auxiliar abierta");
+            transfer::StepContext ctx{*destination, *staging,
+                                      db::jet_path_literal(staging->data_source_name()),
+                                      questions, [this](float argument) { ActuBarra(argument); }};
+            // The months go as "yyyy-MM-01", a text Jet's CDate reads in any
+            // locale; an unticked bound goes as "".
+            const transfer::RunInputs inputs{DesdeText(state.period), HastaText(state.period),
+                                             ImportaEmpleados};
+            const auto step_started = std::chrono::steady_clock::now();
+            transfer::StepReport report = transfer_.run_step(group, ctx, inputs);
+            const std::chrono::duration<double> took = std::chrono::steady_clock::now() - step_started;
+            result.steps.push_back({group, std::move(report), took.count()});
+            applied.push_back("paso " + current);
+          }
+          current = "actualización de las grillas de relaciones";
+          ActuGridConc(-1);
+          ActuGridTliq();
+        },
+        [&] { return current; }, [&] { return applied; });
+  } catch (const SessionAborted& e) {
+    if (!result.safety_copy.empty()) offer_restore(result);
+    write_import_report(result, started, std::string("detenida por un error: ") + e.what());
+    throw;
+  }
+  write_import_report(result, started, "importación terminada");
   ui_.information("Importación Satisfactoria!!");
   result.finished = true;
   return result;

@@ -53,6 +53,7 @@ namespace session {
 struct StepRun {
   int group = 0;                 // 0..4, the ChkOP box
   transfer::StepReport report;   // its statements and table counts
+  double seconds = 0;            // how long it took
 };
 
 // What cbImportar_Click did.
@@ -60,6 +61,8 @@ struct ImportResult {
   bool confirmed = false;        // the company check passed (every answer Yes)
   bool finished = false;         // every ticked step ran to its end and the closing box was shown
   std::vector<StepRun> steps;    // the steps run, in the order they ran
+  std::filesystem::path safety_copy;  // the copy of the KEL file taken before the first step ("" when none)
+  bool restored = false;         // an error stopped the run and the copy was put back
 };
 
 class MainWindowController {
@@ -90,6 +93,10 @@ class MainWindowController {
   bool AreConf_visible = false;                // the configuration panel
   std::vector<std::string> cmbCodBPS;          // the BPS codes of the relations
   long long total_lines = 0;                   // lines of the matched files (sizes the load's steps)
+  // When an error stops a run that made a safety copy: true puts the copy
+  // back, false keeps the file as the error left it (and says how to restore
+  // it); unset asks the user (the window). Batch mode sets it.
+  std::optional<bool> restore_on_error;
 
   // ---- Hooks (empty by default) --------------------------------------------
   // The ODBC data sources of the machine, for the picker.
@@ -189,6 +196,11 @@ class MainWindowController {
   // bounds ("yyyy-MM-01", "" when unticked). Returns what ran. An error in a
   // step is reported and ends the program (throws SessionAborted).
   ImportResult cbImportar_Click();
+  // The report of the last run that passed the company check
+  // (import_report.h), and the file it was written to ("" when it could not
+  // be written).
+  std::vector<std::string> last_import_report;
+  std::filesystem::path last_import_report_file;
 
   // ---- Preview and mapping grids (controller_grids.cpp) -------------------
   preview::StagedPreview& preview() { return preview_; }
@@ -228,6 +240,15 @@ class MainWindowController {
                    const std::function<std::string()>& current_step,
                    const std::function<std::vector<std::string>()>& applied);
   std::string SeleccionarDSN();
+  // The safety copy of the destination before a run's first step (see
+  // safety_copy.h); false, after telling the user why, when it cannot be made.
+  bool take_safety_copy(ImportResult& result);
+  // After an error stopped a run that made `result.safety_copy`: offers the
+  // restore (or follows restore_on_error) and does it.
+  void offer_restore(ImportResult& result);
+  // Fills last_import_report for `result` and writes it beside the staging
+  // database (controller_report.cpp).
+  void write_import_report(const ImportResult& result, const std::string& when, const std::string& outcome);
   void select_command_line_format(const std::string& field);
 
   // Both databases for the mapping panels; nullopt unless both are open.

@@ -7,12 +7,75 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <map>
+#include <regex>
+#include <sstream>
+
 #include "run_program.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using BatchResult = testing_app::RunResult;
+
+
+// Every row of every table of a SQLite file, in a fixed order, with the
+// schema: two files with the same text hold the same data.
+std::string dump(const fs::path& file) {
+  sqlite3* db = nullptr;
+  std::string text;
+  if (sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) return "(no se abre)";
+  std::vector<std::string> tables;
+  sqlite3_stmt* st = nullptr;
+  sqlite3_prepare_v2(db, "SELECT name, sql FROM sqlite_master ORDER BY name", -1, &st, nullptr);
+  while (sqlite3_step(st) == SQLITE_ROW) {
+    const char* sql = reinterpret_cast<const char*>(sqlite3_column_text(st, 1));
+    text += sql ? std::string(sql) + ";\n" : "";
+    const char* type_sql = sql ? sql : "";
+    if (std::string(type_sql).rfind("CREATE TABLE", 0) == 0)
+      tables.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
+  }
+  sqlite3_finalize(st);
+  for (const std::string& table : tables) {
+    sqlite3_prepare_v2(db, ("SELECT * FROM \"" + table + "\" ORDER BY rowid").c_str(), -1, &st, nullptr);
+    while (sqlite3_step(st) == SQLITE_ROW) {
+      text += table + ":";
+      for (int i = 0; i < sqlite3_column_count(st); ++i) {
+        const unsigned char* v = sqlite3_column_text(st, i);
+        text += v ? reinterpret_cast<const char*>(v) : "NULL";
+        text += "|";
+      }
+      text += "\n";
+    }
+    sqlite3_finalize(st);
+  }
+  sqlite3_close(db);
+  return text;
+}
+
+// (table -> rows) of a SQLite file.
+std::map<std::string, long long> counts(const fs::path& file) {
+  std::map<std::string, long long> rows;
+  for (const std::string& line : [&] {
+         std::vector<std::string> lines;
+         std::istringstream in(dump(file));
+         for (std::string l; std::getline(in, l);) lines.push_back(l);
+         return lines;
+       }()) {
+    const std::size_t colon = line.find(':');
+    if (colon != std::string::npos && line.rfind("CREATE", 0) != 0 && line.find('|') != std::string::npos)
+      ++rows[line.substr(0, colon)];
+  }
+  return rows;
+}
+
+// The path after `prefix` on the output line that starts with it ("" when none).
+std::string line_after(const std::string& out, const std::string& prefix) {
+  const std::size_t at = out.find("\n" + prefix);
+  if (at == std::string::npos) return "";
+  const std::size_t start = at + 1 + prefix.size();
+  return out.substr(start, out.find('\n', start) - start);
+}
 
 class BatchRun : public ::testing::Test {
  protected:
@@ -177,6 +240,132 @@ TEST_F(BatchRun, ErrorInTheLoadWritesTheReportAndExitsWithTwo) {
   EXPECT_NE(text.find("Procedimiento: cbActualizar_Click"), std::string::npos) << text;
   EXPECT_NE(text.find("Delete * From Personas"), std::string::npos) << text;
   EXPECT_NE(text.find("tabla bloqueada"), std::string::npos) << text;
+}
+
+
+// An error late in the run (the liquidations' headers are refused): with
+// --restore-on-error the KEL file is back as it was; without, the copy is
+// named and `kelimport --restore` puts it back after asking.
+TEST_F(BatchRun, SafetyCopyIsRestoredOnErrorOrByHand) {
+  const fs::path kel = root_ / "demo" / "Empresa" / "Datos.mdb";
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(kel.c_str(), &db), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(db,
+                         "CREATE TRIGGER no_insertar BEFORE INSERT ON Encabezados "
+                         "BEGIN SELECT RAISE(ABORT, 'encabezados bloqueados'); END;",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_close(db);
+  const std::string before = dump(kel);
+
+  BatchResult restored = run({"--yes", "--restore-on-error", demo_line()});
+  EXPECT_EQ(restored.status, 2) << restored.out;
+  const std::string copy = line_after(restored.out, "INFO: Copia de seguridad de la base de KEL: ");
+  ASSERT_FALSE(copy.empty()) << restored.out;
+  EXPECT_EQ(copy.rfind(kel.string() + ".antes-de-importar-", 0), 0u) << copy;
+  EXPECT_TRUE(restored.has("INFO: La base de KEL " + kel.string() + " fue devuelta al estado anterior")) << restored.out;
+  EXPECT_TRUE(restored.has("\nINFORME: Resultado: detenida por un error: ")) << restored.out;
+  EXPECT_EQ(dump(kel), before);
+  EXPECT_EQ(dump(copy), before);
+  EXPECT_TRUE(fs::exists(copy + ".auxiliar")) << "the staging database is copied with it";
+
+  BatchResult kept = run({"--yes", demo_line()});
+  EXPECT_EQ(kept.status, 2) << kept.out;
+  const std::string copy2 = line_after(kept.out, "INFO: Copia de seguridad de la base de KEL: ");
+  ASSERT_FALSE(copy2.empty());
+  EXPECT_NE(copy2, copy) << "a new copy per run, the old one kept";
+  EXPECT_TRUE(fs::exists(copy));
+  EXPECT_TRUE(kept.has("kelimport --restore \"" + copy2 + "\"")) << kept.out;
+  EXPECT_NE(dump(kel), before) << "the steps before the error stay applied";
+
+  const std::string program = (prog_ / "kelimport").string();
+  const std::vector<std::tuple<std::vector<std::string>, std::string, int, std::string>> cases = {
+      {{"--restore", copy2}, "n\n", 1, "INFO: No se cambió nada"},
+      {{"--restore", kel.string()}, "", 3, "no tiene el nombre de una copia de seguridad"},
+      {{"--restore"}, "", 3, "Falta la copia"},
+      {{"--restore", copy2}, "s\n", 0, "de la base auxiliar " + (prog_ / "Empresa" / "Pasaje.mdb").string() + " volvieron"},
+      {{"--restore", "--yes", copy}, "", 0, "fue devuelta al estado de la copia"},
+  };
+  for (const auto& [args, input, status, text] : cases) {
+    SCOPED_TRACE(args.back() + " <- " + input);
+    const BatchResult r = testing_app::run_kelimport(args, input, root_.path(), program);
+    EXPECT_EQ(r.status, status) << r.out;
+    EXPECT_TRUE(r.has(text)) << r.out;
+    EXPECT_EQ(dump(kel) == before, status == 0);
+  }
+  // After a restore the next run starts from the state before the first one.
+  EXPECT_EQ(run({"--yes", demo_line()}).status, 2) << "the trigger still refuses the headers";
+}
+
+// The report's figures are the databases' own: the rows it says were staged
+// are the staging tables' rows, and per KEL table the rows inserted minus the
+// rows deleted are what the table gained over the run.
+TEST_F(BatchRun, ImportReportFiguresMatchTheDatabases) {
+  const fs::path kel = root_ / "demo" / "Empresa" / "Datos.mdb";
+  const std::map<std::string, long long> kel_before = counts(kel);
+  BatchResult r = run({"--yes", demo_line()});
+  ASSERT_EQ(r.status, 0) << r.out;
+  const std::map<std::string, long long> kel_after = counts(kel);
+  const std::map<std::string, long long> staged = counts(prog_ / "Empresa" / "Pasaje.mdb");
+
+  std::map<std::string, long long> reported_staged, gained;
+  bool in_staged = false;
+  const std::regex staged_line(R"(INFORME:   (\w+): (\d+))");
+  const std::regex change_line(R"(INFORME:   (\w+): (\d+) (insertadas|actualizadas|borradas))");
+  std::istringstream in(r.out);
+  for (std::string line; std::getline(in, line);) {
+    std::smatch m;
+    if (line == "INFORME: Filas en la base auxiliar:") in_staged = true;
+    else if (line.rfind("INFORME: Paso ", 0) == 0) in_staged = false;
+    if (in_staged && std::regex_match(line, m, staged_line)) reported_staged[m[1]] = std::stoll(m[2]);
+    if (!in_staged && std::regex_match(line, m, change_line)) {
+      const long long rows = std::stoll(m[2]);
+      if (m[3] == "insertadas") gained[m[1]] += rows;
+      if (m[3] == "borradas") gained[m[1]] -= rows;
+    }
+  }
+  ASSERT_FALSE(reported_staged.empty()) << r.out;
+  for (const auto& [table, rows] : staged) {
+    if (rows > 0) {
+      EXPECT_EQ(reported_staged[table], rows) << table;
+    }
+  }
+  ASSERT_GE(gained.size(), 5u) << r.out;
+  for (const auto& [table, rows] : gained) {
+    // The steps also write the staging database's mapping tables; only the
+    // KEL tables are compared.
+    if (!kel_before.count(table) && !kel_after.count(table)) continue;
+    const long long before = kel_before.count(table) ? kel_before.at(table) : 0;
+    const long long after = kel_after.count(table) ? kel_after.at(table) : 0;
+    EXPECT_EQ(after - before, rows) << table;
+  }
+  EXPECT_GT(gained["Datos_Liquidacion"], 1000);
+  // The same lines went to the report file, beside the staging database.
+  const std::string file = line_after(r.out, "INFORME: escrito en ");
+  EXPECT_EQ(fs::path(file).parent_path(), prog_ / "Empresa");
+  EXPECT_NE(TempDir::read(file).find("Resultado: importación terminada\r\n"), std::string::npos);
+}
+
+
+// Another program holds a write transaction on the KEL file: the run waits
+// for it up to the busy timeout, then stops with a message that names the
+// file, and nothing changed.
+TEST_F(BatchRun, LockedKelFileStopsTheRunWithNothingChanged) {
+  const fs::path kel = root_ / "demo" / "Empresa" / "Datos.mdb";
+  const std::string before = dump(kel);
+  sqlite3* holder = nullptr;
+  ASSERT_EQ(sqlite3_open(kel.c_str(), &holder), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(holder, "BEGIN IMMEDIATE; UPDATE Empresa SET Nombre = Nombre;", nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  BatchResult locked = run({"--yes", "--groups", "1", demo_line()});
+  sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_close(holder);
+  EXPECT_EQ(locked.status, 1) << locked.out;
+  EXPECT_TRUE(locked.has("AVISO: No se importa nada: La base " + kel.string() +
+                         " está bloqueada por otro programa (se esperó 15 segundos)")) << locked.out;
+  EXPECT_FALSE(locked.has("Copia de seguridad de la base de KEL:")) << locked.out;
+  EXPECT_FALSE(locked.has("TRANSFERIDO:")) << locked.out;
+  EXPECT_EQ(dump(kel), before);
 }
 
 }  // namespace

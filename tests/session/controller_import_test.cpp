@@ -3,6 +3,10 @@
 // error inside a step.
 #include "controller_fixture.h"
 
+#include <ctime>
+
+#include "session/safety_copy.h"
+
 namespace {
 
 using kel_test::has_line;
@@ -167,7 +171,10 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
   EXPECT_TRUE(result.finished);
   EXPECT_EQ(s.c->mapping().GridRelacTL.row_texts(), Log{"'9'|'Extra'|''|'"});
   EXPECT_TRUE(s.c->ImportaEmpleados);
-  EXPECT_EQ(s.ui.log, (Log{kConfirm + " -> Sí", kDone}));
+  ASSERT_EQ(s.ui.log.size(), 3u);
+  EXPECT_EQ(s.ui.log[0], kConfirm + " -> Sí");
+  EXPECT_EQ(s.ui.log[1], "INFO: Copia de seguridad de la base de KEL: " + result.safety_copy.string());
+  EXPECT_EQ(s.ui.log[2], kDone);
 
   // Both bounds go when ticked.
   s.calls.clear();
@@ -180,6 +187,7 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
 TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {
   ImportSession s;
   s.ui.default_answer = true;
+  s.c->restore_on_error = false;  // the file stays as the error left it
   s.steps.on_step = [&](int group) {
     if (group != 1) return;
     s.c->destination->execute("Insert Into Cargos (id_Cargo, Cargo) Values (1, 'Peón')");
@@ -199,11 +207,12 @@ TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {
   EXPECT_NE(report.find("TablaQueNoEsta"), report.rfind("TablaQueNoEsta")) << "message names the table";
   // The work done before the error stays applied.
   EXPECT_EQ(kel_test::query_text(s.company, "SELECT Cargo FROM Cargos WHERE id_Cargo = 1"), "Peón");
-  ASSERT_FALSE(s.ui.log.empty());
-  EXPECT_NE(s.ui.log.back().find("AVISO: La importación se detuvo por un error en 2. Cargos"),
-            std::string::npos) << s.ui.log.back();
-  EXPECT_NE(s.ui.log.back().find((s.prog / "E001" / "kelimport-errores.txt").string()),
-            std::string::npos);
+  ASSERT_GE(s.ui.log.size(), 2u);
+  const std::string& warning = s.ui.log[s.ui.log.size() - 2];
+  EXPECT_NE(warning.find("AVISO: La importación se detuvo por un error en 2. Cargos"), std::string::npos) << warning;
+  EXPECT_NE(warning.find((s.prog / "E001" / "kelimport-errores.txt").string()), std::string::npos);
+  EXPECT_EQ(s.ui.log.back().rfind("INFO: La base de KEL quedó como la dejó el error. Para devolverla al estado "
+                                  "anterior a la importación: kelimport --restore \"", 0), 0u) << s.ui.log.back();
 
   // A second error is appended to the same file.
   ImportSession s2;
@@ -215,6 +224,115 @@ TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {
   EXPECT_NE(s2.report().find("Mensaje: fallo de prueba", report.size()), std::string::npos);
 }
 
+
+namespace fs = std::filesystem;
+
+// The copies' names: the minute, then the seconds, then a counter; the name
+// says which company file a copy belongs to.
+TEST(SafetyCopy, NamesAreFreeAndSayTheirCompany) {
+  kel_test::TempFolder tmp;
+  const fs::path company = tmp / "Datos.mdb";
+  std::tm t{};
+  t.tm_year = 2026 - 1900, t.tm_mon = 10, t.tm_mday = 22, t.tm_hour = 15, t.tm_min = 30, t.tm_sec = 7;
+  t.tm_isdst = -1;
+  const std::time_t now = std::mktime(&t);
+  const std::string base = company.string() + ".antes-de-importar-2026-11-22-1530";
+  const std::vector<std::string> expected = {base, base + "07", base + "07-2", base + "07-3"};
+  for (const std::string& name : expected) {
+    EXPECT_EQ(session::SafetyCopyPath(company, now).string(), name);
+    EXPECT_EQ(session::CompanyFileOfCopy(name), company);
+    kel_test::write_file(name, "x");
+  }
+  for (const std::string bad : {"Datos.mdb", "Datos.mdb.antes-de-importar-", "Datos.mdb.antes-de-importar-ayer",
+                                "Datos.mdb.antes-de-importar-2026-11-22-1530.auxiliar",
+                                "Datos.mdb.antes-de-importar-2026-11-22-1530.parcial",
+                                "Datos.mdb.antes-de-importar-2026-11-22-153007-"})
+    EXPECT_TRUE(session::CompanyFileOfCopy(tmp / bad).empty()) << bad;
+}
+
+// The copy is made before the first step and only when a group is ticked; a
+// copy that cannot be made stops the run before anything changes.
+TEST(SafetyCopy, TakenBeforeTheFirstStepOrTheRunDoesNotStart) {
+  {
+    ImportSession s;
+    s.ui.default_answer = true;
+    s.c->state.ChkOP = {true, false, false, false, false};
+    const session::ImportResult result = s.c->cbImportar_Click();
+    ASSERT_FALSE(result.safety_copy.empty());
+    EXPECT_EQ(result.safety_copy.parent_path(), s.company.parent_path());
+    EXPECT_EQ(session::CompanyFileOfCopy(result.safety_copy), s.company);
+    EXPECT_EQ(kel_test::query_text(result.safety_copy, "SELECT Nombre FROM Empresa"), "ACME");
+    EXPECT_TRUE(result.finished);
+    // The report was written beside the staging database.
+    ASSERT_FALSE(s.c->last_import_report_file.empty());
+    const std::string report = TempDir::read(s.c->last_import_report_file);
+    EXPECT_EQ(s.c->last_import_report_file.parent_path(), s.prog / "E001");
+    EXPECT_NE(report.find("Copia de seguridad: " + result.safety_copy.string()), std::string::npos) << report;
+    EXPECT_NE(report.find("Resultado: importación terminada"), std::string::npos) << report;
+  }
+  {
+    ImportSession s;
+    s.ui.default_answer = true;
+    s.c->state.ChkOP = {false, false, false, false, false};
+    EXPECT_TRUE(s.c->cbImportar_Click().safety_copy.empty());
+    for (const auto& entry : fs::directory_iterator(s.company.parent_path()))
+      EXPECT_EQ(entry.path().filename().string().find(".antes-de-importar-"), std::string::npos);
+  }
+  {
+    // The company file is gone from its folder (the connection still holds
+    // it open): no copy can be read, so nothing runs.
+    ImportSession s;
+    s.ui.default_answer = true;
+    fs::remove(s.company);
+    const session::ImportResult result = s.c->cbImportar_Click();
+    EXPECT_TRUE(s.calls.empty());
+    EXPECT_FALSE(result.finished);
+    EXPECT_TRUE(result.safety_copy.empty());
+    EXPECT_FALSE(s.c->ended());
+    ASSERT_FALSE(s.ui.log.empty());
+    EXPECT_EQ(s.ui.log.back().rfind("AVISO: No se importa nada: ", 0), 0u) << s.ui.log.back();
+    EXPECT_NE(s.ui.log.back().find(s.company.string()), std::string::npos);
+  }
+}
+
+// An error after the copy: the question (window) or the batch choice decides
+// whether the KEL file goes back to the copy.
+TEST(SafetyCopy, ErrorOffersTheRestore) {
+  struct Row {
+    std::optional<bool> restore_on_error;  // batch's choice; unset: the question
+    std::deque<bool> answers;              // the confirmation, then the restore question
+    bool restored;
+  };
+  const std::vector<Row> rows = {
+      {std::nullopt, {true, true}, true},
+      {std::nullopt, {true, false}, false},
+      {true, {true}, true},
+      {false, {true}, false},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::to_string(row.answers.size()) + (row.restored ? " restored" : " kept"));
+    ImportSession s;
+    s.ui.answers = row.answers;
+    s.c->restore_on_error = row.restore_on_error;
+    s.steps.on_step = [&](int group) {
+      if (group != 1) return;
+      s.c->destination->execute("Insert Into Cargos (id_Cargo, Cargo) Values (1, 'Peón')");
+      s.c->destination->execute("Update Empresa Set Nombre = 'OTRA'");
+      throw std::runtime_error("fallo de prueba");
+    };
+    EXPECT_THROW(s.c->cbImportar_Click(), session::SessionAborted);
+    EXPECT_EQ(kel_test::has_line(s.ui.log, std::string("PREGUNTA: ") + session::kRestoreQuestion +
+                                               (row.answers.size() > 1 && row.answers[1] ? " -> Sí" : " -> No")),
+              !row.restore_on_error.has_value());
+    EXPECT_EQ(kel_test::query_text(s.company, "SELECT count(*) FROM Cargos"), row.restored ? "0" : "1");
+    EXPECT_EQ(kel_test::query_text(s.company, "SELECT Nombre FROM Empresa"), row.restored ? "ACME" : "OTRA");
+    EXPECT_EQ(s.ui.log.back().rfind(row.restored ? "INFO: La base de KEL " : row.restore_on_error ? "INFO: La base de KEL quedó" : "PREGUNTA", 0), 0u)
+        << s.ui.log.back();
+    const std::string report = TempDir::read(s.c->last_import_report_file);
+    EXPECT_NE(report.find("Resultado: detenida por un error: "), std::string::npos) << report;
+    EXPECT_EQ(report.find("devuelta desde la copia") != std::string::npos, row.restored) << report;
+  }
+}
 }  // namespace
 
 namespace {

@@ -17,6 +17,7 @@
 #include "db/sqlite_connection.h"
 #include "db/sql_text.h"
 #include "schema/database_scripts.h"
+#include "support/query_rows.h"
 #include "support/temp_dir.h"
 #include "transfer/importer.h"
 #include "transfer/step_context.h"
@@ -58,24 +59,8 @@ class StepTest : public ::testing::Test {
   }
 
   // Every row of a native query, its values joined by "|", Null as "-".
-  static std::vector<std::string> rows(db::SqliteConnection& connection, const std::string& native_sql) {
-    std::vector<std::string> result;
-    sqlite3_stmt* stmt = nullptr;
-    if (sqlite3_prepare_v2(connection.handle(), native_sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) {
-      ADD_FAILURE() << sqlite3_errmsg(connection.handle()) << " en " << native_sql;
-      return result;
-    }
-    while (sqlite3_step(stmt) == SQLITE_ROW) {
-      std::string row;
-      for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
-        if (i > 0) row += "|";
-        const unsigned char* text = sqlite3_column_text(stmt, i);
-        row += text ? reinterpret_cast<const char*>(text) : "-";
-      }
-      result.push_back(row);
-    }
-    sqlite3_finalize(stmt);
-    return result;
+  static std::vector<std::string> rows(db::SqliteConnection& connection, const std::string& sql) {
+    return test_support::QueryRows(connection, sql);
   }
 
   TempDir dir_;

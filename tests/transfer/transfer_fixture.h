@@ -12,6 +12,7 @@
 
 #include "db/sqlite_connection.h"
 #include "db/sql_text.h"
+#include "support/query_rows.h"
 #include "support/temp_dir.h"
 #include "transfer/importer.h"
 
@@ -58,26 +59,9 @@ class TransferTest : public ::testing::Test {
                                  [](float) {}};
   }
 
-  // The rows of a native query, each as its values joined by "|" (Null as
-  // "-"), in the query's order.
+  // Every row of a native query, its values joined by "|", Null as "-".
   static std::vector<std::string> rows(db::SqliteConnection& connection, const std::string& sql) {
-    std::vector<std::string> out;
-    sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(connection.handle(), sql.c_str(), -1, &st, nullptr) != SQLITE_OK) {
-      ADD_FAILURE() << sqlite3_errmsg(connection.handle()) << " en " << sql;
-      return out;
-    }
-    while (sqlite3_step(st) == SQLITE_ROW) {
-      std::string row;
-      for (int i = 0; i < sqlite3_column_count(st); ++i) {
-        if (i > 0) row += "|";
-        const unsigned char* t = sqlite3_column_text(st, i);
-        row += t ? reinterpret_cast<const char*>(t) : "-";
-      }
-      out.push_back(row);
-    }
-    sqlite3_finalize(st);
-    return out;
+    return test_support::QueryRows(connection, sql);
   }
   std::vector<std::string> kel(const std::string& sql) { return rows(kel_, sql); }
 

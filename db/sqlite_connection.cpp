@@ -70,7 +70,9 @@ bool SqliteConnection::open(const std::string& path, JournalMode journal) {
     return false;
   }
   sqlite3* db = nullptr;
-  int rc = sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
+  // URI names are allowed so that the files statements read by `in '<path>'`
+  // can be attached read-only (see attach()).
+  int rc = sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI, nullptr);
   if (rc != SQLITE_OK) {
     last_error_ = "No se pudo abrir la base " + path + ": " +
                   sqlite_error_in_spanish(db, rc);

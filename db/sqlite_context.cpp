@@ -20,6 +20,24 @@ struct StmtGuard {
   ~StmtGuard() { sqlite3_finalize(stmt); }
 };
 
+// `path` as a SQLite URI that opens the file read-only: the characters a URI
+// gives a meaning to are escaped.
+std::string read_only_uri(const std::string& path) {
+  std::string uri = "file:";
+  for (char c : path) {
+    if (c == '%' || c == '?' || c == '#') {
+      static const char* const kHex = "0123456789ABCDEF";
+      const auto byte = static_cast<unsigned char>(c);
+      uri += '%';
+      uri += kHex[byte >> 4];
+      uri += kHex[byte & 0x0F];
+    } else {
+      uri += c;
+    }
+  }
+  return uri + "?mode=ro";
+}
+
 }  // namespace
 
 std::string SqliteConnection::attach(const std::string& path) {
@@ -63,7 +81,11 @@ std::string SqliteConnection::attach(const std::string& path) {
   }
 
   std::string schema = attachments_.next_schema_name();
+  // Read-only: a statement reads other databases through `in '<path>'` and
+  // never writes them, so a source file or the other company's file can never
+  // be changed through an attachment, whatever a format's statement says.
   std::string sql = "ATTACH DATABASE ?1 AS " + schema;
+  file = read_only_uri(file);
   StmtGuard guard;
   if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &guard.stmt, nullptr) != SQLITE_OK) {
     throw Error("No se pudo abrir la base " + path + ": " + sqlite_error_in_spanish(db_), {}, sql);

@@ -425,13 +425,16 @@ CREATE TABLE CausalesBajaRela (
 -- month as 'MM/yyyy'), 6 DescTipoLiq, 7 MesDeLiq, 8 id_TipoLiq, 9 FechaDeLiq,
 -- 10 Impreso, 11 Terminado. Headers whose contract, person or type is missing
 -- still appear (outer joins), with empty names.
+-- The names are put together once per contract (the subquery, which SQLite
+-- materialises because it is a join on the right of a LEFT JOIN), not once
+-- per header: a ten-year history has some 200 headers a contract, and
+-- sorting the browser by Nombres would otherwise build 200,000 names.
 CREATE VIEW CHistLiq AS
   SELECT E.id_Encabezado AS id_Encabezado,
          C.Id_Persona AS id_Persona,
          E.id_Contrato AS id_Contrato,
          C.NUMERO_ALTERNATIVO AS NUMERO_ALTERNATIVO,
-         TRIM(TRIM(COALESCE(P.Apellido_1, '') || ' ' || COALESCE(P.Apellido_2, '')) || ', ' ||
-              TRIM(COALESCE(P.Nombre_1, '') || ' ' || COALESCE(P.Nombre_2, '')), ', ') AS Nombres,
+         COALESCE(C.Nombres, '') AS Nombres,
          strftime('%m/%Y', E.MesDeLiq) AS strMesDeLiq,
          TL.Nombre AS DescTipoLiq,
          E.MesDeLiq AS MesDeLiq,
@@ -440,8 +443,13 @@ CREATE VIEW CHistLiq AS
          E.Impreso AS Impreso,
          E.Terminado AS Terminado
   FROM Encabezados AS E
-  LEFT JOIN Contrato AS C ON C.Id_Contrato = E.id_Contrato
-  LEFT JOIN Personas AS P ON P.id_Persona = C.Id_Persona
+  LEFT JOIN (SELECT CP.Id_Contrato AS Id_Contrato,
+                    CP.Id_Persona AS Id_Persona,
+                    CP.NUMERO_ALTERNATIVO AS NUMERO_ALTERNATIVO,
+                    TRIM(TRIM(COALESCE(P.Apellido_1, '') || ' ' || COALESCE(P.Apellido_2, '')) || ', ' ||
+                         TRIM(COALESCE(P.Nombre_1, '') || ' ' || COALESCE(P.Nombre_2, '')), ', ') AS Nombres
+             FROM Contrato AS CP
+             LEFT JOIN Personas AS P ON P.id_Persona = CP.Id_Persona) AS C ON C.Id_Contrato = E.id_Contrato
   LEFT JOIN TiposLiquidacion AS TL ON TL.id_TipoLiq = E.Id_TipoLiq;
 
 -- Staged liquidation lines with their concept's code, name, kind of datum

@@ -351,6 +351,42 @@ TEST(GridsOnTheDemo, BrowserSort) {
   }
 }
 
+// The view puts the names together once per contract and the month sort is
+// said as MesDeLiq: every page, in every sort, still holds the headers in the
+// order of the names and months worked out header by header on the tables,
+// including headers without contract or person and a namesake's headers.
+TEST(GridsOnTheDemo, BrowserSortsEveryPageLikeTheTables) {
+  StagedDemo d;
+  kel_test::run_sqlite(d.staging,
+                       "INSERT INTO Personas (id_Persona, Apellido_1, Nombre_1) SELECT 900001, Apellido_1, Nombre_1 "
+                       "FROM Personas WHERE id_Persona = (SELECT min(id_Persona) FROM Personas);"
+                       "INSERT INTO Contrato (Id_Contrato, Id_Persona) VALUES (900001, 900001), (900002, 999999);"
+                       "INSERT INTO Encabezados (id_Encabezado, Id_TipoLiq, MesDeLiq, id_Contrato) VALUES"
+                       " (900001, 1, '2016-03-01', 900001), (900002, 1, '2016-03-15', 900002),"
+                       " (900003, 1, NULL, 999999), (900004, 1, '2016-03-01', NULL);");
+  const std::string names =
+      "TRIM(TRIM(COALESCE(P.Apellido_1, '') || ' ' || COALESCE(P.Apellido_2, '')) || ', ' || "
+      "TRIM(COALESCE(P.Nombre_1, '') || ' ' || COALESCE(P.Nombre_2, '')), ', ')";
+  const std::string tables =
+      " FROM Encabezados AS E LEFT JOIN Contrato AS C ON C.Id_Contrato = E.id_Contrato"
+      " LEFT JOIN Personas AS P ON P.id_Persona = C.Id_Persona ORDER BY ";
+  const std::string rest = ", E.MesDeLiq, E.Id_TipoLiq, E.id_Contrato";
+  const std::vector<std::pair<int, std::string>> clicks = {
+      {4, names}, {4, names + " DESC"}, {5, "date(E.MesDeLiq, 'start of month')"}, {1, "C.Id_Persona"}};
+  const std::size_t headers = std::stoul(d.staged("SELECT count(*) FROM Encabezados"));
+  const auto& b = d.preview.browser;
+  for (const auto& [column, order] : clicks) {
+    d.c->ActuGridLiquida(column);
+    while (b.can_fetch_more()) d.preview.browser.fetch_more(1000);
+    ASSERT_EQ(b.GridLiq().row_count(), headers) << order;
+    const Log expected = native_rows(d.staging, "SELECT E.id_Encabezado || '|' || " + names + tables + order + rest);
+    Log shown;
+    for (std::size_t i = 0; i < headers; ++i)
+      shown.push_back(b.GridLiq().value(i, "id_Encabezado") + "|" + b.GridLiq().value(i, "Nombres"));
+    EXPECT_EQ(shown, expected) << order;
+  }
+}
+
 TEST(GridsOnTheDemo, RefreshTidiesNumbersAndDropsUnusedConcepts) {
   StagedDemo d;
   kel_test::run_sqlite(d.staging,

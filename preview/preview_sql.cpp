@@ -86,13 +86,6 @@ std::string liquidation_sort_text(std::string_view old_sort, std::string_view co
 }
 
 std::string liquidation_headers_select(std::string_view sort) {
-  // The month column is the month of MesDeLiq, an ISO date text (or Null):
-  // the month's first day sorts as MesDeLiq does, and headers of one month
-  // go on by MesDeLiq anyway, so "cdate(strMesDeLiq),MesDeLiq" is the order
-  // of MesDeLiq alone. Said so, the index on Encabezados(MesDeLiq) gives
-  // the first page at once instead of converting every header's month.
-  if (same_text_ignoring_case(sort, "cdate(strMesDeLiq)"))
-    return "Select * From CHistLiq order by MesDeLiq,id_TipoLiq,id_Contrato";
   const std::string order = sort.empty() ? std::string("id_Persona") : std::string(sort);
   return "Select * From CHistLiq order by " + order + ",MesDeLiq,id_TipoLiq,id_Contrato";
 }

@@ -62,9 +62,7 @@ inline constexpr int kMonthColumn = 5;
 std::string liquidation_sort_text(std::string_view old_sort, std::string_view column_name, int column_index);
 
 // The staged liquidation headers in the order of `sort` (id_Persona when
-// empty), then month, type and contract. The month column's sort
-// ("cdate(strMesDeLiq)") is said as the order of MesDeLiq, the same order
-// that an index serves.
+// empty), then month, type and contract.
 std::string liquidation_headers_select(std::string_view sort);
 
 // The lines of header `id_encabezado` with their display texts (Cant, Coef,

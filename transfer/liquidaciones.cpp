@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <optional>
+#include <set>
 #include <string>
 #include <variant>
 
@@ -80,18 +81,58 @@ void prepare_staging(StepContext& ctx, StepReport& report, const std::string& de
     run_statement(report, ctx.staging, sql::staged_numbers_drop_dash());
   });
   std::int64_t headers_deleted = 0;
+  std::int64_t lines_deleted = 0;
   if (!desde.empty()) {
-    run_statement(report, ctx.staging, sql::staged_lines_before(desde));
+    lines_deleted += run_statement(report, ctx.staging, sql::staged_lines_before(desde));
     headers_deleted += run_statement(report, ctx.staging, sql::staged_headers_before(desde));
   }
   if (!hasta.empty()) {
-    run_statement(report, ctx.staging, sql::staged_lines_after(hasta));
+    lines_deleted += run_statement(report, ctx.staging, sql::staged_lines_after(hasta));
     headers_deleted += run_statement(report, ctx.staging, sql::staged_headers_after(hasta));
   }
   if (headers_deleted > 0) {
     report.notes.push_back("Se borraron de la base auxiliar " + std::to_string(headers_deleted) +
                            " liquidaciones fuera del rango de meses");
   }
+  if (lines_deleted > 0) {
+    report.notes.push_back("Líneas de liquidación no importadas: " + std::to_string(lines_deleted) +
+                           " fuera del rango de meses");
+  }
+}
+
+// The count of a read-only query; a count has always one row.
+std::int64_t count_of(StepReport& report, db::Connection& connection, const std::string& select) {
+  db::Recordset rs = run_query(report, connection, select);
+  return rs.eof() ? 0 : db::as_int(rs.field(0));
+}
+
+// Tells, before the lines are inserted, how many staged lines will be left
+// out and why; each line counts under the first reason that holds. The
+// headers must be in already: a staged header finds a contract only when the
+// destination has a header of that contract, month and type.
+void note_left_out_lines(StepContext& ctx, StepReport& report, bool persons_imported) {
+  const std::int64_t not_imported = count_of(report, ctx.staging, sql::staged_lines_not_imported_concept());
+  const std::int64_t unmapped_concept = count_of(report, ctx.staging, sql::staged_lines_unmapped_concept());
+  const std::int64_t unmapped_type = count_of(report, ctx.staging, sql::staged_lines_unmapped_type());
+
+  std::set<std::int64_t> found;
+  for (db::Recordset rs = run_query(report, ctx.destination,
+                                    sql::staged_headers_found(ctx.staging_path, persons_imported));
+       !rs.eof(); rs.move_next())
+    found.insert(db::as_int(rs.field(0)));
+  std::int64_t no_contract = 0;
+  for (db::Recordset rs = run_query(report, ctx.staging, sql::staged_candidate_lines_per_header()); !rs.eof();
+       rs.move_next()) {
+    if (!found.count(db::as_int(rs.field(0)))) no_contract += db::as_int(rs.field(1));
+  }
+
+  const auto note = [&](std::int64_t lines, const char* reason) {
+    if (lines > 0) report.notes.push_back("Líneas de liquidación no importadas: " + std::to_string(lines) + reason);
+  };
+  note(not_imported, " con concepto asociado a \"No Importar\"");
+  note(unmapped_concept, " con concepto sin asociar");
+  note(unmapped_type, " con tipo de liquidación sin asociar");
+  note(no_contract, " sin contrato que coincida en KEL (o con el mes fuera del contrato)");
 }
 
 // B. Headers, then their lines, under ids above the destination's highest.
@@ -102,6 +143,7 @@ void copy_headers_and_lines(StepContext& ctx, StepReport& report, bool persons_i
   run_statement(report, ctx.destination, sql::headers_insert(header_base, ctx.staging_path, persons_imported),
                 "Encabezados", "insertadas");
   repaint(ctx);
+  note_left_out_lines(ctx, report, persons_imported);
   run_statement(report, ctx.destination,
                 sql::lines_insert(line_base, header_base, ctx.staging_path, persons_imported), "Datos_Liquidacion",
                 "insertadas");

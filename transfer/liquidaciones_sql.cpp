@@ -99,6 +99,53 @@ std::string lines_insert(std::int64_t line_base, std::int64_t header_base, std::
          "A.CodKEL=XX.id_TipoLiq)  ";
 }
 
+namespace {
+
+// The tests that a staged line's concept, and its header's type, are mapped.
+const char* const kConceptMapped =
+    "Exists(Select CodOS From RelacConc as RC Where RC.CodOS=DL.id_Concepto and RC.CodKEL<>-1)";
+const char* const kTypeMapped = "Exists(Select CodOS From RelacTLiq as RT Where RT.CodOS=E.id_TipoLiq)";
+
+}  // namespace
+
+std::string staged_lines_not_imported_concept() {
+  return std::string("Select Count(*) From Datos_Liquidacion as DL Where Exists(Select CodOS From RelacConc as RC "
+                     "Where RC.CodOS=DL.id_Concepto and RC.CodKEL=-1) and Not ") +
+         kConceptMapped;
+}
+
+std::string staged_lines_unmapped_concept() {
+  return "Select Count(*) From Datos_Liquidacion as DL Where Not Exists(Select CodOS From RelacConc as RC Where "
+         "RC.CodOS=DL.id_Concepto)";
+}
+
+std::string staged_lines_unmapped_type() {
+  return std::string("Select Count(*) From Datos_Liquidacion as DL inner join Encabezados as E on "
+                     "E.id_Encabezado=DL.id_Encabezado Where ") +
+         kConceptMapped + " and Not " + kTypeMapped;
+}
+
+std::string staged_candidate_lines_per_header() {
+  return std::string("Select DL.id_Encabezado, Count(*) as Lineas From Datos_Liquidacion as DL inner join "
+                     "Encabezados as E on E.id_Encabezado=DL.id_Encabezado Where ") +
+         kConceptMapped + " and " + kTypeMapped + " Group by DL.id_Encabezado";
+}
+
+std::string staged_headers_found(std::string_view staging_path, bool persons_imported) {
+  const std::string s = in_staging(staging_path);
+  return "Select Distinct A.id_Encabezado From (Select EE.id_Encabezado, EE.MesDeLiq, C.id_Contrato as IDCAct, "
+         "RTL.CodKEL From ((((Select * From Encabezados " +
+         s + ") as EE Inner Join (Select * From RelacTLiq " + s +
+         ") as RTL on RTL.CodOS=EE.id_TipoLiq) inner Join (Select * From Contrato " + s +
+         ") as B on B.id_Contrato=EE.id_Contrato) inner join (Select * From Personas " + s +
+         ") as P on P.id_Persona=B.id_Persona) inner join (Select Contrato.* , Personas.Numero From Contrato inner "
+         "join Personas on Personas.id_Persona=Contrato.id_Persona) as C on " +
+         contract_match(persons_imported) +
+         " and C.FECHA_INICIO=B.FECHA_INICIO and C.AcuLab=B.AcuLab Where ((C.vigente=B.vigente and c.Vigente=True) "
+         "or C.FECHA_Fin=B.FECHA_Fin)) as A inner join Encabezados as XX on (A.IDCAct=XX.id_Contrato and "
+         "A.MesDeLiq=XX.MesDeLiq and A.CodKEL=XX.id_TipoLiq)";
+}
+
 std::string calendar_per_employee_select() {
   return "Select id_Encabezado,E.id_Contrato,E.id_TipoLiq,MesDeLiq From Encabezados as E inner join TiposLiquidacion "
          "as TL on TL.id_TipoLiq=E.id_TipoLiq Where TL.ParaEmp";

@@ -46,6 +46,25 @@ std::string headers_insert(std::int64_t header_base, std::string_view staging_pa
 std::string lines_insert(std::int64_t line_base, std::int64_t header_base, std::string_view staging_path,
                          bool persons_imported);
 
+// -- Reads for the import report (they change nothing) ----------------------
+// A staged line is left out for the first of these reasons that holds.
+
+// On the staging database: lines whose concept is mapped only to -1 ("No
+// Importar").
+std::string staged_lines_not_imported_concept();
+// On the staging database: lines whose concept has no mapping at all.
+std::string staged_lines_unmapped_concept();
+// On the staging database: lines of a mapped concept whose header's type has
+// no mapping.
+std::string staged_lines_unmapped_type();
+// On the staging database: id_Encabezado and Lineas, the lines of each
+// header that pass the three tests above.
+std::string staged_candidate_lines_per_header();
+// On the destination, after the headers insert: the staged header ids that
+// find a destination header the way the lines insert looks for it (matching
+// contract, same month and KEL type).
+std::string staged_headers_found(std::string_view staging_path, bool persons_imported);
+
 // -- C. Calendar --------------------------------------------------------------
 
 // Headers of the types liquidated per employee.

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "db/error.h"
@@ -29,6 +30,34 @@ std::int64_t read_number(StepReport& report, db::Connection& connection, const s
 // True when `select` on `connection` yields at least one row.
 bool has_rows(StepReport& report, db::Connection& connection, const std::string& select) {
   return !run_query(report, connection, select).eof();
+}
+
+// One destination person's id before and after a map is applied.
+using IdMove = std::pair<std::int64_t, std::int64_t>;
+
+// The map in AuxOtrosRep as (old id, new id) pairs in the table's order, the
+// parked ids brought back below the offset so that they read as the user
+// knew them.
+std::vector<IdMove> read_person_map(StepReport& report, db::Connection& kel) {
+  std::vector<IdMove> moves;
+  for (db::Recordset rs = run_query(report, kel, sql::aux_person_map()); !rs.eof(); rs.move_next())
+    moves.emplace_back(db::as_int(rs.field(0)) - sql::kParkingOffset, db::as_int(rs.field(1)));
+  return moves;
+}
+
+// How many person moves the report lists one by one; a big company's
+// renumbering would otherwise bury the rest of the report.
+constexpr std::size_t kListedMoves = 50;
+
+// Adds `title` (after the count) and then one "old -> new" line per move, up
+// to kListedMoves, to the report's notes. Nothing when there are no moves.
+void note_moves(StepReport& report, const std::vector<IdMove>& moves, const std::string& title) {
+  if (moves.empty()) return;
+  report.notes.push_back(std::to_string(moves.size()) + title);
+  for (std::size_t i = 0; i < moves.size() && i < kListedMoves; ++i)
+    report.notes.push_back("  " + std::to_string(moves[i].first) + " -> " + std::to_string(moves[i].second));
+  if (moves.size() > kListedMoves)
+    report.notes.push_back("  ... y " + std::to_string(moves.size() - kListedMoves) + " más");
 }
 
 void run_all(StepReport& report, db::Connection& connection, const std::vector<std::string>& statements,
@@ -59,10 +88,10 @@ void park_destination_persons(StepContext& ctx, StepReport& report) {
 void match_by_document(StepContext& ctx, StepReport& report) {
   db::Connection& kel = ctx.destination;
   run_statement(report, kel, sql::aux_clear());
-  const std::int64_t matched = run_statement(report, kel, sql::aux_match_by_document(ctx.staging_path));
-  if (matched > 0)
-    report.notes.push_back(std::to_string(matched) +
-                           " persona(s) de KEL identificada(s) por documento con una persona importada");
+  run_statement(report, kel, sql::aux_match_by_document(ctx.staging_path));
+  // Read before the map is applied: C1 is the parked id, C2 the staged one.
+  note_moves(report, read_person_map(report, kel),
+             " persona(s) de KEL identificada(s) por documento con una persona importada (número anterior -> nuevo):");
   run_all(report, kel, sql::apply_match_map());
 }
 
@@ -135,14 +164,21 @@ void return_parked_persons(StepContext& ctx, StepReport& report) {
   run_statement(report, kel, sql::aux_spread(min_id, max_p));
   kel.commit_transaction();
 
+  // The map is complete: a row whose new id is its parked id less the
+  // offset gives the person its old number back, any other one renumbers it
+  // above MaxP.
+  std::vector<IdMove> returned;
+  std::vector<IdMove> renumbered;
+  for (const IdMove& move : read_person_map(report, kel))
+    (move.first == move.second ? returned : renumbered).push_back(move);
+
   kel.begin_transaction();
-  const std::vector<std::string> apply = sql::apply_return_map();
-  const std::int64_t returned = run_statement(report, kel, apply.front());
-  for (std::size_t i = 1; i < apply.size(); ++i) run_statement(report, kel, apply[i]);
+  run_all(report, kel, sql::apply_return_map());
   kel.commit_transaction();
-  if (returned > 0)
-    report.notes.push_back(std::to_string(returned) + " persona(s) de KEL sin pareja en la importación conservan "
-                                                      "su número o reciben uno nuevo");
+  note_moves(report, returned, " persona(s) de KEL sin pareja en la importación conservan su número:");
+  note_moves(report, renumbered,
+             " persona(s) de KEL sin pareja en la importación reciben un número nuevo, porque el suyo lo "
+             "ocupa una persona importada (número anterior -> nuevo):");
 }
 
 // G. One duplicate per group of equal contracts goes, with its liquidation
@@ -151,6 +187,9 @@ void remove_duplicates_and_file(StepContext& ctx, StepReport& report) {
   db::Connection& kel = ctx.destination;
   run_statement(report, kel, sql::aux_clear());
   run_statement(report, kel, sql::aux_duplicate_contracts());
+  const std::int64_t duplicates = read_number(report, kel, sql::aux_row_count());
+  if (duplicates > 0)
+    report.notes.push_back(std::to_string(duplicates) + " contrato(s) duplicado(s) eliminado(s) con sus liquidaciones");
   run_statement(report, kel, sql::delete_duplicate_headers(), "Encabezados", "borradas");
   run_statement(report, kel, sql::delete_duplicate_contracts(), "Contrato", "borradas");
   run_statement(report, kel, sql::legajo_start_entries(), "Legajo", "insertadas");

@@ -242,4 +242,8 @@ std::string legajo_start_entries() {
          "Exists(Select id_Legajo From Legajo as L where L.id_Contrato=C.id_Contrato and L.id_TMLegajo=1)";
 }
 
+std::string aux_person_map() { return "Select C1, C2 From AuxOtrosRep Order by id"; }
+
+std::string aux_row_count() { return "Select Count(*) From AuxOtrosRep"; }
+
 }  // namespace transfer::sql

@@ -122,4 +122,11 @@ std::string delete_duplicate_contracts();
 // Gives every contract without one a start-of-employment file entry.
 std::string legajo_start_entries();
 
+// -- Reads for the import report (they change nothing) ----------------------
+
+// The person map in AuxOtrosRep: old (parked) id, new id, in row order.
+std::string aux_person_map();
+// How many rows AuxOtrosRep holds.
+std::string aux_row_count();
+
 }  // namespace transfer::sql

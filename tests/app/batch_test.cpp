@@ -309,6 +309,8 @@ TEST_F(BatchRun, ImportReportFiguresMatchTheDatabases) {
   const std::map<std::string, long long> staged = counts(prog_ / "Empresa" / "Pasaje.mdb");
 
   std::map<std::string, long long> reported_staged, gained;
+  long long lines_inserted = 0, lines_left_out = 0;
+  const std::regex left_out_line(R"(INFORME:   Líneas de liquidación no importadas: (\d+) (.*))");
   bool in_staged = false;
   const std::regex staged_line(R"(INFORME:   (\w+): (\d+))");
   const std::regex change_line(R"(INFORME:   (\w+): (\d+) (insertadas|actualizadas|borradas))");
@@ -321,8 +323,12 @@ TEST_F(BatchRun, ImportReportFiguresMatchTheDatabases) {
     if (!in_staged && std::regex_match(line, m, change_line)) {
       const long long rows = std::stoll(m[2]);
       if (m[3] == "insertadas") gained[m[1]] += rows;
+      if (m[3] == "insertadas" && m[1] == "Datos_Liquidacion") lines_inserted += rows;
       if (m[3] == "borradas") gained[m[1]] -= rows;
     }
+    // Lines outside the month range are gone from the staging database.
+    if (std::regex_match(line, m, left_out_line) && m[2] != "fuera del rango de meses")
+      lines_left_out += std::stoll(m[1]);
   }
   ASSERT_FALSE(reported_staged.empty()) << r.out;
   for (const auto& [table, rows] : staged) {
@@ -340,6 +346,8 @@ TEST_F(BatchRun, ImportReportFiguresMatchTheDatabases) {
     EXPECT_EQ(after - before, rows) << table;
   }
   EXPECT_GT(gained["Datos_Liquidacion"], 1000);
+  // Every staged liquidation line arrived or is told as left out.
+  EXPECT_EQ(lines_inserted + lines_left_out, staged.at("Datos_Liquidacion")) << r.out;
   // The same lines went to the report file, beside the staging database.
   const std::string file = line_after(r.out, "INFORME: escrito en ");
   EXPECT_EQ(fs::path(file).parent_path(), prog_ / "Empresa");

@@ -142,6 +142,68 @@ TEST_P(LiquidationSteps, TheMonthRangeDeletesStagedLiquidationsForGood) {
   EXPECT_EQ(rows(staging_, "SELECT COUNT(*) FROM Encabezados"), Rows{"5"});
 }
 
+// The figure of the report's note "Líneas de liquidación no importadas: N
+// <reason>", 0 when there is no such note.
+std::int64_t left_out(const transfer::StepReport& report, const std::string& reason) {
+  const std::string head = "Líneas de liquidación no importadas: ";
+  for (const std::string& note : report.notes) {
+    if (note.rfind(head, 0) != 0) continue;
+    std::size_t used = 0;
+    const std::int64_t lines = std::stoll(note.substr(head.size()), &used);
+    if (note.substr(head.size() + used) == reason) return lines;
+  }
+  return 0;
+}
+
+std::int64_t count(db::SqliteConnection& connection, const std::string& sql) {
+  return std::stoll(test_support::QueryRows(connection, sql).at(0));
+}
+
+// Every staged line either arrives or is left out for one reason; each
+// reason's figure matches a count taken from the databases, and with the lines
+// that arrived they add up to the staged lines. Besides the case's own lines
+// (4 "No Importar", 5 unmapped, 7 of a header before its contract, 12 after
+// Hasta), line 13 sits under a type with no mapping and line 14 under a
+// contract KEL does not have (another start date).
+TEST_P(LiquidationSteps, TheReportCountsTheLinesLeftOutByReason) {
+  staging_.execute_native(
+      "INSERT INTO Contrato (Id_Contrato, Id_Persona, FECHA_INICIO, FECHA_FIN, vigente, AcuLab, id_TipoRem) VALUES "
+      "(3, 2, '2020-01-01', NULL, -1, 0, 2);"
+      "INSERT INTO Encabezados (id_Encabezado, Id_TipoLiq, FechaDeLiq, MesDeLiq, Impreso, Terminado, id_Contrato, "
+      "id_Usuario) VALUES (9, 4, '2023-03-31', '2023-03-01', 0, -1, 1, 1), (10, 1, '2023-03-31', '2023-03-01', 0, -1, "
+      "3, 1);"
+      "INSERT INTO Datos_Liquidacion (id_Dato, id_Encabezado, id_Concepto, Cantidad, Coeficiente, RedoEnLiq, idAgrupa, "
+      "Monto, Relacion, DTE, DTP) VALUES (13, 9, 1, 1, 0, 0, 0, 10, 0, 0, 0), (14, 10, 1, 1, 0, 0, 0, 20, 0, 0, 0);");
+  const std::int64_t staged_before = count(staging_, "SELECT COUNT(*) FROM Datos_Liquidacion");
+  const std::int64_t after_hasta = count(staging_, "SELECT COUNT(*) FROM Datos_Liquidacion AS DL JOIN Encabezados AS E "
+                                                   "ON E.id_Encabezado = DL.id_Encabezado WHERE E.MesDeLiq > '2024-01-01'");
+  const std::int64_t kel_before = count(kel_, "SELECT COUNT(*) FROM Datos_Liquidacion");
+
+  const transfer::StepReport report = run_step("", "2024-01-01");
+
+  const std::int64_t staged = count(staging_, "SELECT COUNT(*) FROM Datos_Liquidacion");
+  const std::int64_t arrived = count(kel_, "SELECT COUNT(*) FROM Datos_Liquidacion") - kel_before;
+  const std::int64_t not_imported = count(staging_, "SELECT COUNT(*) FROM Datos_Liquidacion WHERE id_Concepto IN "
+                                                    "(SELECT CodOS FROM RelacConc WHERE CodKEL = -1)");
+  const std::int64_t unmapped_concept = count(staging_, "SELECT COUNT(*) FROM Datos_Liquidacion WHERE id_Concepto NOT "
+                                                        "IN (SELECT CodOS FROM RelacConc)");
+  const std::int64_t unmapped_type =
+      count(staging_, "SELECT COUNT(*) FROM Datos_Liquidacion AS DL JOIN Encabezados AS E ON E.id_Encabezado = "
+                      "DL.id_Encabezado WHERE DL.id_Concepto IN (SELECT CodOS FROM RelacConc WHERE CodKEL <> -1) AND "
+                      "E.Id_TipoLiq NOT IN (SELECT CodOS FROM RelacTLiq)");
+  const std::int64_t no_contract = staged - arrived - not_imported - unmapped_concept - unmapped_type;
+
+  // The hand-made answer first, so that the counts above are not all zero.
+  EXPECT_EQ((std::vector<std::int64_t>{after_hasta, not_imported, unmapped_concept, unmapped_type, no_contract, arrived}),
+            (std::vector<std::int64_t>{1, 1, 1, 1, 2, 8}));
+  EXPECT_EQ(staged_before - staged, after_hasta);
+  EXPECT_EQ(left_out(report, " fuera del rango de meses"), after_hasta);
+  EXPECT_EQ(left_out(report, " con concepto asociado a \"No Importar\""), not_imported);
+  EXPECT_EQ(left_out(report, " con concepto sin asociar"), unmapped_concept);
+  EXPECT_EQ(left_out(report, " con tipo de liquidación sin asociar"), unmapped_type);
+  EXPECT_EQ(left_out(report, " sin contrato que coincida en KEL (o con el mes fuera del contrato)"), no_contract);
+}
+
 INSTANTIATE_TEST_SUITE_P(Matches, LiquidationSteps,
                          ::testing::Values(MatchCase{"ByPersonId", true, 1, 2},
                                            MatchCase{"ByDocumentNumber", false, 7, 8}),

@@ -131,6 +131,34 @@ std::string quick_check(const std::string& path) {
   return problem;
 }
 
+namespace {
+
+// The last steps of every copy: `partial` is verified, flushed to disk and
+// renamed to `target_path`, whose folder is flushed too, so that a file under
+// a copy's name is always whole. On failure `partial` is removed and the
+// error says why after `fail`.
+void publish_copy(const std::string& partial, const std::string& target_path, const std::string& fail) {
+  const std::string problem = quick_check(partial);
+  if (!problem.empty()) {
+    remove_quietly(partial);
+    throw Error(fail + "la copia no pasó la verificación (" + problem + ")");
+  }
+  try {
+    sync_file(partial);
+  } catch (const Error& e) {
+    remove_quietly(partial);
+    throw Error(fail + e.message());
+  }
+  if (::rename(partial.c_str(), target_path.c_str()) != 0) {
+    const std::string why = errno_reason(errno);
+    remove_quietly(partial);
+    throw Error(fail + why);
+  }
+  sync_folder(fs::path(target_path).parent_path());
+}
+
+}  // namespace
+
 void backup_database(const std::string& source_path, const std::string& target_path,
                      int busy_timeout_ms) {
   const std::string fail =
@@ -179,23 +207,7 @@ void backup_database(const std::string& source_path, const std::string& target_p
     }
   }
 
-  const std::string problem = quick_check(partial);
-  if (!problem.empty()) {
-    remove_quietly(partial);
-    throw Error(fail + "la copia no pasó la verificación (" + problem + ")");
-  }
-  try {
-    sync_file(partial);
-  } catch (const Error& e) {
-    remove_quietly(partial);
-    throw Error(fail + e.message());
-  }
-  if (::rename(partial.c_str(), target_path.c_str()) != 0) {
-    const std::string why = errno_reason(errno);
-    remove_quietly(partial);
-    throw Error(fail + why);
-  }
-  sync_folder(fs::path(target_path).parent_path());
+  publish_copy(partial, target_path, fail);
 }
 
 namespace {
@@ -274,23 +286,7 @@ void backup_tables(const std::string& source_path, const std::vector<std::string
     remove_quietly(partial);
     throw;
   }
-  const std::string problem = quick_check(partial);
-  if (!problem.empty()) {
-    remove_quietly(partial);
-    throw Error(fail + "la copia no pasó la verificación (" + problem + ")");
-  }
-  try {
-    sync_file(partial);
-  } catch (const Error& e) {
-    remove_quietly(partial);
-    throw Error(fail + e.message());
-  }
-  if (::rename(partial.c_str(), target_path.c_str()) != 0) {
-    const std::string why = errno_reason(errno);
-    remove_quietly(partial);
-    throw Error(fail + why);
-  }
-  sync_folder(fs::path(target_path).parent_path());
+  publish_copy(partial, target_path, fail);
 }
 
 void restore_tables(const std::string& copy_path, const std::string& target_path,

@@ -8,28 +8,13 @@
 
 #include "db/error.h"
 #include "db/sqlite_connection.h"
+#include "db/sqlite_value.h"
 
 namespace db {
 namespace {
 
 const std::string kRefused = "La base de datos rechazó la instrucción: ";
 
-Value value_of(sqlite3_stmt* stmt, int i) {
-  switch (sqlite3_column_type(stmt, i)) {
-    case SQLITE_INTEGER:
-      return static_cast<std::int64_t>(sqlite3_column_int64(stmt, i));
-    case SQLITE_FLOAT:
-      return sqlite3_column_double(stmt, i);
-    case SQLITE_TEXT:
-    case SQLITE_BLOB: {
-      const void* data = sqlite3_column_blob(stmt, i);
-      const int size = sqlite3_column_bytes(stmt, i);
-      return std::string(static_cast<const char*>(data), data ? static_cast<std::size_t>(size) : 0);
-    }
-    default:
-      return std::monostate{};
-  }
-}
 
 // Reads each page with a statement of its own, the query's text followed by
 // LIMIT and OFFSET, stepped to its end at once. No statement stays pending
@@ -64,7 +49,7 @@ class SqliteCursor final : public RowCursor {
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW && rows.size() < count) {
       std::vector<Value> row;
       row.reserve(static_cast<std::size_t>(columns));
-      for (int i = 0; i < columns; ++i) row.push_back(value_of(stmt, i));
+      for (int i = 0; i < columns; ++i) row.push_back(sqlite_column_value(stmt, i));
       rows.push_back(std::move(row));
     }
     if (rc != SQLITE_ROW && rc != SQLITE_DONE) {

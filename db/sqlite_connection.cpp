@@ -11,6 +11,7 @@
 
 #include "db/error.h"
 #include "db/sqlite_messages.h"
+#include "db/sqlite_value.h"
 #include "db/file_kind.h"
 #include "db/jet_functions_sqlite.h"
 
@@ -27,22 +28,6 @@ constexpr std::size_t kTranslationCacheLimit = 512;
 
 const std::string kRefused = "La base de datos rechazó la instrucción: ";
 
-Value column_value(sqlite3_stmt* stmt, int i) {
-  switch (sqlite3_column_type(stmt, i)) {
-    case SQLITE_INTEGER:
-      return static_cast<std::int64_t>(sqlite3_column_int64(stmt, i));
-    case SQLITE_FLOAT:
-      return sqlite3_column_double(stmt, i);
-    case SQLITE_TEXT:
-    case SQLITE_BLOB: {
-      const void* data = sqlite3_column_blob(stmt, i);
-      int size = sqlite3_column_bytes(stmt, i);
-      return std::string(static_cast<const char*>(data), data ? static_cast<std::size_t>(size) : 0);
-    }
-    default:
-      return std::monostate{};
-  }
-}
 
 }  // namespace
 
@@ -263,7 +248,7 @@ Recordset SqliteConnection::open_recordset(std::string_view jet_sql) {
       if (!last) continue;
       std::vector<Value> row;
       row.reserve(static_cast<std::size_t>(columns));
-      for (int i = 0; i < columns; ++i) row.push_back(column_value(stmt, i));
+      for (int i = 0; i < columns; ++i) row.push_back(sqlite_column_value(stmt, i));
       rows.push_back(std::move(row));
     }
     if (rc != SQLITE_DONE) {

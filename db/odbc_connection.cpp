@@ -76,6 +76,17 @@ struct Statement {
   }
 };
 
+// Allocates `stmt` on `dbc` and runs `sql` on it as it stands; gives the
+// driver's return code for the caller to judge (SQL_NO_DATA is no error).
+// A handle that cannot be had raises db::Error with the driver's reason.
+SQLRETURN execute_direct(SQLHDBC dbc, Statement& stmt, std::string_view sql) {
+  if (!ok(SQLAllocHandle(SQL_HANDLE_STMT, dbc, &stmt.handle))) {
+    throw Error(kRefused + diagnostics(SQL_HANDLE_DBC, dbc), std::string(sql));
+  }
+  std::string text(sql);
+  return SQLExecDirect(stmt.handle, reinterpret_cast<SQLCHAR*>(text.data()), static_cast<SQLINTEGER>(text.size()));
+}
+
 // Reads a character or binary column in pieces: the driver returns long
 // texts (memos) a buffer at a time.
 Value read_long(SQLHSTMT stmt, SQLUSMALLINT column, SQLSMALLINT c_type) {
@@ -244,14 +255,9 @@ bool OdbcConnection::open(const std::string& connection_text) {
 std::int64_t OdbcConnection::execute(std::string_view sql) {
   if (!dbc_) throw Error("La conexión no está abierta", std::string(sql));
   Statement stmt;
-  if (!ok(SQLAllocHandle(SQL_HANDLE_STMT, dbc_, &stmt.handle))) {
-    throw Error(kRefused + diagnostics(SQL_HANDLE_DBC, dbc_), std::string(sql));
-  }
-  std::string text(sql);
-  SQLRETURN rc = SQLExecDirect(stmt.handle, reinterpret_cast<SQLCHAR*>(text.data()),
-                               static_cast<SQLINTEGER>(text.size()));
+  SQLRETURN rc = execute_direct(dbc_, stmt, sql);
   if (rc == SQL_NO_DATA) return 0;  // a searched update or delete that matched nothing
-  if (!ok(rc)) throw Error(kRefused + diagnostics(SQL_HANDLE_STMT, stmt.handle), text);
+  if (!ok(rc)) throw Error(kRefused + diagnostics(SQL_HANDLE_STMT, stmt.handle), std::string(sql));
   SQLLEN rows = 0;
   if (!ok(SQLRowCount(stmt.handle, &rows)) || rows < 0) rows = 0;
   return static_cast<std::int64_t>(rows);
@@ -260,14 +266,9 @@ std::int64_t OdbcConnection::execute(std::string_view sql) {
 Recordset OdbcConnection::open_recordset(std::string_view sql) {
   if (!dbc_) throw Error("La conexión no está abierta", std::string(sql));
   Statement stmt;
-  if (!ok(SQLAllocHandle(SQL_HANDLE_STMT, dbc_, &stmt.handle))) {
-    throw Error(kRefused + diagnostics(SQL_HANDLE_DBC, dbc_), std::string(sql));
-  }
-  std::string text(sql);
-  SQLRETURN rc = SQLExecDirect(stmt.handle, reinterpret_cast<SQLCHAR*>(text.data()),
-                               static_cast<SQLINTEGER>(text.size()));
+  SQLRETURN rc = execute_direct(dbc_, stmt, sql);
   if (rc == SQL_NO_DATA) return Recordset();
-  if (!ok(rc)) throw Error(kRefused + diagnostics(SQL_HANDLE_STMT, stmt.handle), text);
+  if (!ok(rc)) throw Error(kRefused + diagnostics(SQL_HANDLE_STMT, stmt.handle), std::string(sql));
 
   SQLSMALLINT count = 0;
   SQLNumResultCols(stmt.handle, &count);
@@ -295,7 +296,7 @@ Recordset OdbcConnection::open_recordset(std::string_view sql) {
       rows.push_back(std::move(row));
     }
   } catch (const Error& e) {
-    throw Error(e.message(), text);
+    throw Error(e.message(), std::string(sql));
   }
   return Recordset(std::move(names), std::move(rows));
 }
@@ -326,14 +327,9 @@ void OdbcConnection::stream(std::string_view sql,
                             const std::function<void(const std::vector<Value>&)>& on_row) {
   if (!dbc_) throw Error("La conexión no está abierta", std::string(sql));
   Statement stmt;
-  if (!ok(SQLAllocHandle(SQL_HANDLE_STMT, dbc_, &stmt.handle))) {
-    throw Error(kRefused + diagnostics(SQL_HANDLE_DBC, dbc_), std::string(sql));
-  }
-  std::string text(sql);
-  SQLRETURN rc = SQLExecDirect(stmt.handle, reinterpret_cast<SQLCHAR*>(text.data()),
-                               static_cast<SQLINTEGER>(text.size()));
+  SQLRETURN rc = execute_direct(dbc_, stmt, sql);
   if (rc == SQL_NO_DATA) return;
-  if (!ok(rc)) throw Error(kRefused + diagnostics(SQL_HANDLE_STMT, stmt.handle), text);
+  if (!ok(rc)) throw Error(kRefused + diagnostics(SQL_HANDLE_STMT, stmt.handle), std::string(sql));
   SQLSMALLINT count = 0;
   SQLNumResultCols(stmt.handle, &count);
   std::vector<std::string> names;
@@ -350,7 +346,7 @@ void OdbcConnection::stream(std::string_view sql,
   on_columns(names);
   std::vector<Value> row(names.size());
   while ((rc = SQLFetch(stmt.handle)) != SQL_NO_DATA) {
-    if (!ok(rc)) throw Error(kRefused + diagnostics(SQL_HANDLE_STMT, stmt.handle), text);
+    if (!ok(rc)) throw Error(kRefused + diagnostics(SQL_HANDLE_STMT, stmt.handle), std::string(sql));
     for (SQLUSMALLINT i = 0; i < static_cast<SQLUSMALLINT>(count); ++i)
       row[i] = read_column(stmt.handle, static_cast<SQLUSMALLINT>(i + 1), types[i], scales[i]);
     on_row(row);

@@ -9,6 +9,7 @@ packages=(
   postgresql odbc-postgresql
   mdbtools mdbtools-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
+  qt6-base-dev qt6-qpa-plugins libqt6test6 xvfb xauth
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -112,6 +112,10 @@ TEST(AccessImage, SamplesOfEachEngineArriveWithTheirTypes) {
            {"SELECT typeof(UnitPrice), UnitPrice FROM Products WHERE ProductID = 1", {"real|18.0"}},
            // OLE pictures cannot be read: left out and listed.
            {"SELECT Tabla, Columna FROM KelColumnasOmitidas ORDER BY 1", {"Categories|Picture", "Employees|Photo"}},
+           // Memos whole: each note's length in characters, and the longest one's end.
+           {"SELECT group_concat(length(Notes)) FROM (SELECT Notes FROM Employees ORDER BY EmployeeID)",
+            {"175,448,239,218,448,324,285,151,95"}},
+           {"SELECT substr(Notes, -40) FROM Employees WHERE EmployeeID = 2", {"d the Pacific Rim Importers Association."}},
        }},
       {"DateTestDatabase.mdb",
        1,

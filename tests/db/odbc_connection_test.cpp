@@ -175,3 +175,31 @@ TEST_F(OdbcConnectionTest, ListsMachineDataSourcesAndTheFileDsnFolder) {
 }
 
 }  // namespace
+
+namespace {
+
+// Long texts (memos) through the SQLite driver arrive whole: 100 KB, and 100
+// KB of accented letters, between short rows.
+TEST_F(OdbcConnectionTest, LongTextsArriveWhole) {
+  std::string accented;
+  while (accented.size() < 100 * 1024) accented += "Ñandú peñarol águila ";
+  const std::string plain(100 * 1024, 'x');
+  db::OdbcConnection conn;
+  ASSERT_TRUE(conn.open("DSN=kel_prueba;")) << conn.last_error();
+  conn.execute("UPDATE Personas SET Notas = '" + plain + "' WHERE id = 1");
+  conn.execute("UPDATE Personas SET Notas = '" + accented + "' WHERE id = 2");
+  conn.execute("INSERT INTO Personas (id, Notas) VALUES (3, 'corta')");
+  std::vector<std::string> seen;
+  conn.stream("SELECT Notas FROM Personas ORDER BY id", [](const std::vector<std::string>&) {},
+              [&](const std::vector<db::Value>& row) { seen.push_back(db::as_text(row[0])); });
+  ASSERT_EQ(seen.size(), 3u);
+  EXPECT_EQ(seen[0].size(), plain.size());
+  EXPECT_TRUE(seen[0] == plain);
+  EXPECT_EQ(seen[1].size(), accented.size());
+  EXPECT_TRUE(seen[1] == accented);
+  EXPECT_EQ(seen[2], "corta");
+  db::Recordset rs = conn.open_recordset("SELECT Notas FROM Personas WHERE id = 2");
+  EXPECT_TRUE(db::as_text(rs.field(std::size_t{0})) == accented);
+}
+
+}  // namespace

@@ -3,7 +3,6 @@
 // stopped at the end; the tests skip, saying why, where it cannot be started.
 // Checks the table list, the streamed copy's values and its speed.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <ctime>
@@ -11,6 +10,7 @@
 
 #include "db/odbc_image.h"
 #include "db_fixture.h"
+#include "support/pg_server.h"
 
 namespace {
 
@@ -18,33 +18,17 @@ using testing_db::TempFolder;
 
 class OdbcPostgresTest : public testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    folder_ = new TempFolder("pg");
-    port_ = 55400 + static_cast<int>(getpid() % 500);
-    const std::string script = std::string(KEL_SOURCE_DIR) + "/scripts/pg_test_server.sh";
-    const std::string data = (folder_->path() / "datos").string();
-    started_ = std::system((script + " start " + data + " " + std::to_string(port_) + " >/dev/null 2>&1").c_str()) == 0;
-  }
+  static void SetUpTestSuite() { server_ = new PgTestServer; }
   static void TearDownTestSuite() {
-    if (started_) {
-      const std::string script = std::string(KEL_SOURCE_DIR) + "/scripts/pg_test_server.sh";
-      [[maybe_unused]] int rc = std::system((script + " stop " + (folder_->path() / "datos").string()).c_str());
-    }
-    delete folder_;
-    folder_ = nullptr;
+    delete server_;
+    server_ = nullptr;
   }
   void SetUp() override {
-    if (!started_) GTEST_SKIP() << "no se pudo iniciar un servidor PostgreSQL local (paquetes postgresql y odbc-postgresql)";
-    ASSERT_TRUE(odbc.open(connection_text())) << odbc.last_error();
-  }
-  static std::string connection_text() {
-    return "Driver=PostgreSQL Unicode;Server=127.0.0.1;Port=" + std::to_string(port_) +
-           ";Database=postgres;Uid=kel;";
+    if (!server_->started()) GTEST_SKIP() << PgTestServer::reason();
+    ASSERT_TRUE(odbc.open(server_->connection_text())) << odbc.last_error();
   }
 
-  static inline TempFolder* folder_ = nullptr;
-  static inline int port_ = 0;
-  static inline bool started_ = false;
+  static inline PgTestServer* server_ = nullptr;
   db::OdbcConnection odbc;
   TempFolder work{"pg_trabajo"};
 };
@@ -87,6 +71,46 @@ TEST_F(OdbcPostgresTest, StreamsAHundredThousandRowsFast) {
   std::printf("PostgreSQL (ODBC) -> SQLite: %lld filas, %.3f s de CPU = %.0f filas/s; %.3f s de reloj = %.0f filas/s\n",
               static_cast<long long>(rows), cpu, rate, wall, static_cast<double>(rows) / wall);
   EXPECT_GE(rate, 100000.0);
+}
+
+}  // namespace
+
+namespace {
+
+// Long texts (memos) arrive whole, wherever they fall in a fetched block:
+// a 100 KB text, one with accented letters (two bytes each, so the pieces the
+// driver hands out end inside a character) and one just past the bound size.
+TEST_F(OdbcPostgresTest, LongTextsArriveWhole) {
+  std::string accented;
+  while (accented.size() < 100 * 1024) accented += "Ñandú peñarol águila ";
+  const std::vector<std::pair<int, std::string>> long_rows = {
+      {7, std::string(100 * 1024, 'x')}, {1500, accented}, {1501, std::string(1025, 'b')}, {2999, "corto"}};
+  odbc.execute("DROP TABLE IF EXISTS notas");
+  odbc.execute("CREATE TABLE notas (id integer, nota text)");
+  odbc.execute("INSERT INTO notas SELECT g, 'nota ' || g FROM generate_series(1, 3000) g");
+  for (const auto& [id, text] : long_rows)
+    odbc.execute("UPDATE notas SET nota = '" + text + "' WHERE id = " + std::to_string(id));
+  odbc.execute("UPDATE notas SET nota = NULL WHERE id = 8");
+  const std::string image = work.file("notas.db");
+  ASSERT_EQ(db::write_odbc_image(odbc, {"notas"}, image), 3000);
+  db::SqliteConnection conn;
+  ASSERT_TRUE(conn.open(image));
+  for (const auto& [id, text] : long_rows) {
+    db::Recordset rs = conn.open_recordset("Select nota From notas Where id = " + std::to_string(id));
+    ASSERT_EQ(rs.row_count(), 1u);
+    const std::string got = db::as_text(rs.field(std::size_t{0}));
+    EXPECT_EQ(got.size(), text.size()) << id;
+    EXPECT_TRUE(got == text) << id;
+  }
+  EXPECT_TRUE(db::is_null(conn.open_recordset("Select nota From notas Where id = 8").field(std::size_t{0})));
+  EXPECT_EQ(db::as_text(conn.open_recordset("Select nota From notas Where id = 2998").field(std::size_t{0})),
+            "nota 2998");
+  // The same through a whole result set.
+  db::Recordset whole = odbc.open_recordset("SELECT nota FROM notas WHERE id IN (7, 1500) ORDER BY id");
+  ASSERT_EQ(whole.row_count(), 2u);
+  EXPECT_EQ(db::as_text(whole.field(std::size_t{0})).size(), long_rows[0].second.size());
+  whole.move_next();
+  EXPECT_TRUE(db::as_text(whole.field(std::size_t{0})) == accented);
 }
 
 }  // namespace

@@ -49,7 +49,8 @@ std::string JoinLines(const std::vector<std::int64_t>& lines) {
   return out;
 }
 
-std::string LinesText(const std::vector<std::int64_t>& lines) {
+std::string LinesText(const std::vector<std::int64_t>& lines, RowUnit unit) {
+  if (unit == RowUnit::kSourceRow) return (lines.size() == 1 ? "en la fila " : "en las filas ") + JoinLines(lines);
   return (lines.size() == 1 ? "en la línea " : "en las líneas ") + JoinLines(lines);
 }
 
@@ -163,7 +164,7 @@ std::vector<BadRow> KeyConflictRows(sqlite3* db, const std::string& interchange,
 }
 
 std::string DescribeKeyLines(sqlite3* db, const std::string& interchange, const std::string& icol,
-                             const std::vector<BadRow>& rows) {
+                             const std::vector<BadRow>& rows, RowUnit unit) {
   // Empty keys are told by their lines; other keys by value, with every line
   // that holds them (the first occurrence too).
   std::vector<std::int64_t> empty_lines;
@@ -180,7 +181,7 @@ std::string DescribeKeyLines(sqlite3* db, const std::string& interchange, const 
     }
   }
   std::vector<std::string> parts;
-  if (!empty_lines.empty()) parts.push_back(icol + " vacío " + LinesText(empty_lines));
+  if (!empty_lines.empty()) parts.push_back(icol + " vacío " + LinesText(empty_lines, unit));
 
   const std::size_t shown = std::min(keys.size(), kShownKeys);
   std::map<std::string, std::vector<std::int64_t>> lines_of;
@@ -204,7 +205,7 @@ std::string DescribeKeyLines(sqlite3* db, const std::string& interchange, const 
     if (lines.empty())
       for (const BadRow& row : rows)
         if (row.key == keys[i]) lines.push_back(row.line);
-    parts.push_back(reason + " " + LinesText(lines));
+    parts.push_back(reason + " " + LinesText(lines, unit));
   }
   if (shown < keys.size()) parts.push_back("y " + std::to_string(keys.size() - shown) + " claves más");
 
@@ -219,7 +220,7 @@ std::string RefusedTableMessage(const std::string& file, const std::string& tabl
 
 bool SetRowsAside(sqlite3* db, const std::string& interchange, const std::vector<BadRow>& rows,
                   const std::filesystem::path& folder, const std::string& table, std::filesystem::path* file,
-                  std::string* error) {
+                  std::string* error, RowUnit unit) {
   const std::filesystem::path path = folder / (table + ".csv");
   if (file) *file = path;
   std::error_code ec;
@@ -237,7 +238,7 @@ bool SetRowsAside(sqlite3* db, const std::string& interchange, const std::vector
   }
   const int columns = sqlite3_column_count(read.stmt);
   if (is_new) {
-    out << "Linea;Motivo";
+    out << (unit == RowUnit::kSourceRow ? "Fila;Motivo" : "Linea;Motivo");
     for (int i = 0; i < columns; ++i) out << ";" << CsvField(sqlite3_column_name(read.stmt, i));
     out << "\r\n";
   }

@@ -23,9 +23,13 @@ struct sqlite3;
 
 namespace staging {
 
+// What a BadRow's `line` counts: lines of a data file, or rows of a source
+// database in the order a statement reads them (staging/database_rows.h).
+enum class RowUnit { kLine, kSourceRow };
+
 // One row that cannot be staged.
 struct BadRow {
-  std::int64_t line = 0;  // line of the data file
+  std::int64_t line = 0;  // line of the data file (or row of the source, see RowUnit)
   std::string key;        // the key value as text ("" when empty)
   std::string reason;     // Spanish, e.g. "id_Persona vacío"
 };
@@ -52,21 +56,22 @@ std::vector<BadRow> KeyConflictRows(sqlite3* db, const std::string& interchange,
                                     const std::string& table, const std::string& key);
 
 // Every line that holds one of the keys of `rows` (first occurrences
-// included), grouped by key, for the message: "12 en las líneas 3 y 8".
+// included), grouped by key, for the message: "12 en las líneas 3 y 8"
+// ("en las filas" for a source database's rows).
 std::string DescribeKeyLines(sqlite3* db, const std::string& interchange, const std::string& icol,
-                             const std::vector<BadRow>& rows);
+                             const std::vector<BadRow>& rows, RowUnit unit = RowUnit::kLine);
 
 // The Spanish message of a table refused because of `rows`:
 // "<file>: la tabla <table> no se cargó: <detail>".
 std::string RefusedTableMessage(const std::string& file, const std::string& table, const std::string& detail);
 
-// Appends `rows` with their line, reason and the interchange table's values
+// Appends `rows` with their line (or row: "Fila" heads the column), reason and the interchange table's values
 // to <folder>/<table>.csv (";"-separated, UTF-8, header on a new file), then
 // deletes them from the interchange table (which must accept a delete by
 // rowid). False with `error` (Spanish) when the file cannot be written (then
 // nothing is removed) or a row cannot be removed.
 bool SetRowsAside(sqlite3* db, const std::string& interchange, const std::vector<BadRow>& rows,
                   const std::filesystem::path& folder, const std::string& table, std::filesystem::path* file,
-                  std::string* error);
+                  std::string* error, RowUnit unit = RowUnit::kLine);
 
 }  // namespace staging

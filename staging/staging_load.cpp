@@ -3,6 +3,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cctype>
 #include <stdexcept>
 
@@ -12,6 +13,7 @@
 #include "settings/paths.h"
 #include "settings/statement_file.h"
 #include "settings/strings.h"
+#include "staging/database_rows.h"
 #include "staging/interchange_table.h"
 #include "staging/key_check.h"
 
@@ -233,10 +235,10 @@ bool KeyViolation(const std::string& message, std::string* table, std::string* c
 // Sets `rows` aside for `table` and says so; false (with a warning) when
 // they could not be, in which case the caller refuses the table.
 bool SetAside(StagingLoad& load, sqlite3* db, const std::string& data_table, const std::string& file_name,
-              const std::string& table, const std::vector<BadRow>& rows) {
+              const std::string& table, const std::vector<BadRow>& rows, RowUnit unit = RowUnit::kLine) {
   std::filesystem::path file;
   std::string error;
-  if (!SetRowsAside(db, data_table, rows, load.rejects_folder, table, &file, &error)) {
+  if (!SetRowsAside(db, data_table, rows, load.rejects_folder, table, &file, &error, unit)) {
     load.warnings.push_back(file_name + ": " + error);
     return false;
   }
@@ -246,6 +248,62 @@ bool SetAside(StagingLoad& load, sqlite3* db, const std::string& data_table, con
                           " (" + rows.front().reason + (rows.size() > 1 ? ", ..." : "") +
                           "); el resto de la tabla " + table + " se cargó");
   return true;
+}
+
+// What became of a statement that reads a source database.
+enum class DatabaseKeys {
+  kNotKeyed,  // no keyed insert of the translator's form: run it as it is
+  kLoaded,    // loaded (maybe with rows set aside)
+  kRefused,   // not loaded because of its keys (the warning is given)
+};
+
+// Runs an insert into a keyed staging table that reads a source database
+// (`in '<path>'`), refusing or setting aside the rows whose key is empty or
+// repeated as an interchange file's are (staging/database_rows.h). Throws
+// what the statement's own run throws.
+DatabaseKeys LoadFromDatabase(StagingLoad& load, db::SqliteConnection& sqlite, const std::string& text,
+                              const std::string& source_name) {
+  const std::string table = InsertTarget(text);
+  if (table.empty() || InPaths(text).empty()) return DatabaseKeys::kNotKeyed;
+  const std::string key = KeyColumn(sqlite.handle(), table);
+  if (key.empty()) return DatabaseKeys::kNotKeyed;
+  const db::jet::Translation translation = sqlite.translate(text);
+  InsertSelect insert;
+  if (translation.statements.size() != 1 || !SplitInsertSelect(translation.statements[0], &insert))
+    return DatabaseKeys::kNotKeyed;
+  std::size_t at = 0;
+  while (at < insert.columns.size() && !settings::IEquals(insert.columns[at], key)) ++at;
+  if (at == insert.columns.size()) return DatabaseKeys::kNotKeyed;
+
+  if (!HasEmptyKey(sqlite, insert, at)) {
+    try {
+      load.staging->execute(text);
+      return DatabaseKeys::kLoaded;
+    } catch (const std::exception& e) {
+      std::string violated, column;
+      if (!KeyViolation(e.what(), &violated, &column) || !settings::IEquals(violated, table)) throw;
+    }
+  }
+  // Some row is refused: the rows are numbered in a copy to be named.
+  CopySourceRows(sqlite, insert);
+  struct Drop {
+    db::SqliteConnection& c;
+    ~Drop() { DropCopiedRows(c); }
+  } drop{sqlite};
+  sqlite3* db = sqlite.handle();
+  const std::string icol = insert.columns[at];
+  std::vector<BadRow> bad = EmptyKeyRows(db, kSourceRowsTable, icol);
+  for (BadRow& row : KeyConflictRows(db, kSourceRowsTable, icol, table, key))
+    if (!row.key.empty()) bad.push_back(std::move(row));
+  std::sort(bad.begin(), bad.end(), [](const BadRow& a, const BadRow& b) { return a.line < b.line; });
+  if (!bad.empty() && !(load.set_aside_bad_rows &&
+                        SetAside(load, db, kSourceRowsTable, source_name, table, bad, RowUnit::kSourceRow))) {
+    load.warnings.push_back(RefusedTableMessage(
+        source_name, table, DescribeKeyLines(db, kSourceRowsTable, icol, bad, RowUnit::kSourceRow)));
+    return DatabaseKeys::kRefused;
+  }
+  InsertCopiedRows(sqlite, insert);
+  return DatabaseKeys::kLoaded;
 }
 
 // Loads one catalogue entry. `ignoring` is the load's error mode: false until
@@ -352,6 +410,16 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
       }
     }
     try {
+      const DatabaseKeys keyed = sqlite && data_table.empty() ? LoadFromDatabase(load, *sqlite, texts[i], source_name)
+                                                              : DatabaseKeys::kNotKeyed;
+      if (keyed == DatabaseKeys::kRefused) {
+        ++load.stats.statements_failed;
+        continue;
+      }
+      if (keyed == DatabaseKeys::kLoaded) {
+        ++load.stats.statements_run;
+        continue;
+      }
       try {
         load.staging->execute(texts[i]);
       } catch (const std::exception& e) {

@@ -31,10 +31,12 @@
 // Keys: before an interchange entry's statement inserts into a table with a
 // key, the rows whose key is empty are found by their line; when the table
 // refuses the insert over its key, the rows that repeat a key are found the
-// same way (staging/key_check.h). By default such a table is not loaded and
-// the message names the table, the file, the keys and the lines; with
-// set_aside_bad_rows those rows go to <rejects_folder>/<table>.csv and the
-// rest of the table loads.
+// same way (staging/key_check.h). A statement that reads a source database
+// (`in '<path>'`) is checked alike, its rows named by their place in what the
+// statement reads ("fila"; staging/database_rows.h). By default such a table
+// is not loaded and the message names the table, the file, the keys and the
+// lines; with set_aside_bad_rows those rows go to
+// <rejects_folder>/<table>.csv and the rest of the table loads.
 //
 // Speed: on a SQLite staging connection each entry runs in one transaction
 // (its statements, reading its data file in place), with a rollback journal

@@ -346,3 +346,49 @@ TEST_F(CargarDatosTest, RowsTheKeyRefusesAreToldByLineOrSetAside) {
     EXPECT_EQ(load_.stats.rows_set_aside, c.rejects.empty() ? 0 : 1) << c.what;
   }
 }
+
+// A source database's rows are checked like an interchange file's: named by
+// their place in what the statement reads, refused or set aside; the source
+// itself (attached read-only) is never changed.
+TEST_F(CargarDatosTest, RowsTheKeyRefusesFromASourceDatabaseAreToldByRowOrSetAside) {
+  struct Case {
+    const char* what;
+    const char* rows;  // VALUES of Emp (id, nombre)
+    bool set_aside;
+    std::string staged;   // group_concat of the staged ids
+    std::string warning;  // the one warning
+    std::string rejects;  // rechazados/Personas.csv ("" = none)
+  };
+  const std::string rejects_file = (dir_ / "rechazados" / "Personas.csv").string();
+  const std::vector<Case> cases = {
+      {"clave vacía", "(1, 'Ana'), (NULL, 'Sin id'), (2, 'Luis')", false, "",
+       "Origen.mdb: la tabla Personas no se cargó: id_Persona vacío en la fila 2", ""},
+      {"clave repetida", "(1, 'Ana'), (2, 'Luis'), (1, 'Otra'), (3, 'Eva')", false, "",
+       "Origen.mdb: la tabla Personas no se cargó: id_Persona 1 repetido en las filas 1 y 3", ""},
+      {"vacía y repetida, apartadas", "(1, 'Ana'), (NULL, 'Sin id'), (4, 'Eva'), (4, 'Otra Eva')", true, "1,4",
+       "Origen.mdb: 2 filas apartadas en " + rejects_file + " (id_Persona vacío, ...); el resto de la tabla Personas se cargó",
+       "Fila;Motivo;id_Persona;Nombre\r\n2;id_Persona vacío;;Sin id\r\n4;id_Persona 4 repetido;4;Otra Eva\r\n"},
+      {"sin problemas", "(1, 'Ana'), (2, 'Luis')", false, "1,2", "", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    MakeDatabase(dir_ / "Origen.mdb", std::string("CREATE TABLE Emp (id INTEGER, nombre TEXT); INSERT INTO Emp VALUES ") +
+                                          c.rows + ";");
+    const std::string before = TempDir::read(dir_ / "Origen.mdb");
+    catalogue_.clear();
+    std::filesystem::remove_all(dir_ / "rechazados");
+    AddEntry("Emp", 1, "emp.sql", kCopyEmp);
+    load_.set_aside_bad_rows = c.set_aside;
+    load_.rejects_folder = dir_ / "rechazados";
+    CargarDatos(load_);
+    EXPECT_EQ(load_.warnings, c.warning.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.warning});
+    EXPECT_EQ(QueryText(*connection_, "SELECT group_concat(id_Persona) FROM (SELECT id_Persona FROM Personas ORDER BY 1)"),
+              c.staged);
+    EXPECT_EQ(std::filesystem::exists(rejects_file) ? TempDir::read(rejects_file) : "", c.rejects);
+    EXPECT_EQ(load_.stats.statements_failed, c.staged.empty() ? 1 : 0);
+    EXPECT_EQ(TempDir::read(dir_ / "Origen.mdb"), before);
+    connection_->close();  // the source is attached no longer: the next case rewrites it
+    connection_ = OpenStaging(dir_ / "Pasaje.mdb");
+    load_.staging = connection_.get();
+  }
+}

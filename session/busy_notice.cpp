@@ -3,6 +3,7 @@
 
 #include <sqlite3.h>
 
+#include "db/locked_file.h"
 #include "db/sqlite_connection.h"
 
 namespace session {
@@ -17,7 +18,7 @@ constexpr int kPauseMs = 50;
 void BusyNotice::install(db::Connection* connection, std::function<void(const std::string&)> notice) {
   auto* sqlite = dynamic_cast<db::SqliteConnection*>(connection);
   if (!sqlite || !sqlite->handle()) return;
-  file_ = sqlite->data_source_name();
+  handle_ = sqlite->handle();
   notice_ = std::move(notice);
   sqlite3_busy_handler(sqlite->handle(), &BusyNotice::OnBusy, this);
 }
@@ -26,8 +27,9 @@ int BusyNotice::OnBusy(void* self, int count) {
   auto* me = static_cast<BusyNotice*>(self);
   if (count * kPauseMs >= kWaitMs) return 0;
   if (count == 0 && me->notice_) {
-    me->notice_("Esperando a que otro programa libere la base " + me->file_ +
-                " (o una base que lee); se espera hasta " + std::to_string(kWaitMs / 1000) + " segundos");
+    // The statement may read several files: the one named is the one held.
+    me->notice_("Esperando a que otro programa libere la base " + db::locked_database_file(me->handle_) +
+                "; se espera hasta " + std::to_string(kWaitMs / 1000) + " segundos");
   }
   sqlite3_sleep(kPauseMs);
   return 1;

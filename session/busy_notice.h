@@ -4,13 +4,17 @@
 // SQLite waits up to 15 seconds for a locked file before it gives up, and
 // meanwhile the window looks hung. A BusyNotice replaces the connection's
 // plain timeout by a busy handler that waits the same time and, the moment a
-// wait begins, calls `notice` once with a Spanish text naming the file.
+// wait begins, calls `notice` once with a Spanish text naming the file that
+// is held: the connection's own, or a database it attached for an
+// `in '<path>'` clause.
 #pragma once
 
 #include <functional>
 #include <string>
 
 #include "db/connection.h"
+
+struct sqlite3;
 
 namespace session {
 
@@ -33,7 +37,7 @@ class BusyNotice {
   static int OnBusy(void* self, int count);
 
  private:
-  std::string file_;
+  sqlite3* handle_ = nullptr;
   std::function<void(const std::string&)> notice_;
 };
 

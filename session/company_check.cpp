@@ -80,4 +80,17 @@ std::string CheckCompanyFile(const std::string& path) {
   return {};
 }
 
+std::string CheckStagingFile(const std::filesystem::path& folder, const std::filesystem::path& file) {
+  std::error_code ec;
+  if (std::filesystem::exists(file, ec)) {
+    if (::access(file.c_str(), W_OK) != 0)
+      return "La base auxiliar " + file.string() + " es de solo lectura: no se puede cargar en ella";
+    return {};
+  }
+  if (!std::filesystem::is_directory(folder, ec) || ::access(folder.c_str(), W_OK) != 0)
+    return "No se puede crear la base auxiliar " + file.string() + ": la carpeta " + folder.string() +
+           " no existe o es de solo lectura";
+  return {};
+}
+
 }  // namespace session

@@ -7,6 +7,7 @@
 // in a file that is not a KEL company.
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 namespace session {
@@ -16,5 +17,10 @@ namespace session {
 // the file and its folder can be written. Reads the file without changing it
 // (opened read-only; its journal mode is left as it is). Never throws.
 std::string CheckCompanyFile(const std::string& path);
+
+// The Spanish message saying why the staging database `file` in `folder`
+// cannot be loaded, or "" when it can: an existing file must be writable, and
+// a missing one needs a folder where it can be made. Never throws.
+std::string CheckStagingFile(const std::filesystem::path& folder, const std::filesystem::path& file);
 
 }  // namespace session

@@ -146,6 +146,12 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
   }
   settings::CreateFolders(folder);
   staging_folder_ = folder;
+  if (const std::string problem = CheckStagingFile(folder, folder / "Pasaje.mdb"); !problem.empty()) {
+    ui_.warning(problem);
+    run_blocked = true;
+    if (staging && staging->is_open()) staging->close();
+    return false;
+  }
   if (!staging_lock_.acquire(folder / "Pasaje.mdb.lock")) {
     ui_.warning(kRunInProgress);
     run_blocked = true;

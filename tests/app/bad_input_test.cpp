@@ -9,7 +9,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <pwd.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -77,7 +79,7 @@ class BadInput {
   RunResult run(std::vector<std::string> args, const std::string& command_line) const {
     args.insert(args.begin(), "--batch");
     args.push_back(command_line);
-    return testing_app::run_kelimport(args, "", root.path(), (prog / "kelimport").string());
+    return testing_app::run_kelimport(args, "", root.path(), (prog / "kelimport").string(), as);
   }
   RunResult run(std::vector<std::string> args = {}) const { return run(std::move(args), line()); }
   std::string line(const fs::path& kel = {}) const {
@@ -95,6 +97,7 @@ class BadInput {
   }
 
   TempDir root;
+  testing_app::RunAs as;  // the program's user (the test's own by default)
   fs::path prog = root / "prog";
   fs::path company = root / "empresas" / "Empresa" / "Datos.mdb";
   fs::path source = root / "origen";
@@ -347,7 +350,7 @@ TEST(BadInputBatch, WaitingForALockedDatabaseIsTold) {
   sqlite3_close(other);
   EXPECT_EQ(r.status, 0) << r.out;
   EXPECT_TRUE(HasLine(r.out, "ESPERA: Esperando a que otro programa libere la base " + f.staging.string() +
-                                 " (o una base que lee); se espera hasta 15 segundos"))
+                                 "; se espera hasta 15 segundos"))
       << r.out;
 }
 
@@ -358,6 +361,105 @@ TEST(BadInputBatch, ExitStatusRule) {
   EXPECT_EQ(clean.out.find("AVISO:"), std::string::npos) << clean.out;
   EXPECT_EQ(Query(f.staging, "SELECT group_concat(Nombre_1) FROM Personas"), "Ana,Luis,Eva");
   EXPECT_EQ(Query(f.staging, "SELECT Archivo FROM PasajeEmpresa"), f.company.string());
+}
+
+// Permissions do not stop root, whom the tests run as: the read-only cases
+// run the program as an unprivileged user ("nobody") on files that user
+// owns. Each case takes the write permission away from one file or folder,
+// and checks the Spanish message and that nothing changed.
+TEST(BadInputBatch, ReadOnlyFilesAndFoldersAreToldAndLeftAlone) {
+  testing_app::RunAs as;
+  if (geteuid() == 0) {
+    const passwd* nobody = getpwnam("nobody");
+    if (!nobody) GTEST_SKIP() << "las pruebas de solo lectura necesitan un usuario sin privilegios (nobody)";
+    as = {nobody->pw_uid, nobody->pw_gid};
+  }
+  struct Case {
+    const char* name;
+    std::function<fs::path(const BadInput&)> target;  // what becomes read-only
+    int status;
+    // Lines printed exactly; one ending in "*" is the start of a line.
+    std::function<std::vector<std::string>(const BadInput&)> lines;
+    bool fresh_staging = false;  // the staging database is made anew (its folder removed first)
+  };
+  const auto kel_refused = [](const std::string& why) {
+    return [why](const BadInput& f) {
+      const std::string kel = f.company.string(), folder = f.company.parent_path().string();
+      return std::vector<std::string>{
+          "AVISO: " + (why == "base" ? "La base de KEL " + kel : "La carpeta " + folder + " de la base de KEL") +
+              " es de solo lectura: no se puede importar en ella",
+          "ERROR: No hay una base de KEL abierta (" + kel + "); no se importa nada"};
+    };
+  };
+  const std::vector<Case> cases = {
+      {"base de KEL", [](const BadInput& f) { return f.company; }, 3, kel_refused("base")},
+      {"carpeta de la base de KEL", [](const BadInput& f) { return f.company.parent_path(); }, 3,
+       kel_refused("carpeta")},
+      {"base auxiliar", [](const BadInput& f) { return f.staging; }, 2,
+       [](const BadInput& f) {
+         return std::vector<std::string>{"AVISO: La base auxiliar " + f.staging.string() +
+                                         " es de solo lectura: no se puede cargar en ella"};
+       }},
+      {"carpeta del programa, sin base auxiliar", [](const BadInput& f) { return f.prog; }, 2,
+       [](const BadInput& f) {
+         return std::vector<std::string>{"AVISO: No se puede crear la base auxiliar " + f.staging.string() +
+                                         ": la carpeta " + f.staging.parent_path().string() +
+                                         " no existe o es de solo lectura"};
+       },
+       true},
+      // The staging database itself can be written: the import goes on, and
+      // only its report cannot be written beside it.
+      {"carpeta de la base auxiliar", [](const BadInput& f) { return f.staging.parent_path(); }, 0,
+       [](const BadInput& f) {
+         return std::vector<std::string>{"INFO: Importación Satisfactoria!!",
+                                         "AVISO: No se pudo escribir el informe de importación " +
+                                             f.staging.parent_path().string() + "/kelimport-informe-*"};
+       }},
+      // A source is only read.
+      {"carpeta de origen", [](const BadInput& f) { return f.source; }, 0,
+       [](const BadInput&) { return std::vector<std::string>{"INFO: Importación Satisfactoria!!"}; }},
+      {"archivo de origen", [](const BadInput& f) { return f.source / "Personas.csv"; }, 0,
+       [](const BadInput&) { return std::vector<std::string>{"INFO: Importación Satisfactoria!!"}; }},
+  };
+  const auto has = [](const std::string& out, const std::string& line) {
+    if (line.empty() || line.back() != '*') return HasLine(out, line);
+    return ("\n" + out).find("\n" + line.substr(0, line.size() - 1)) != std::string::npos;
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    BadInput f;
+    f.as = as;
+    // The user owns what the program writes: the company's folder, the
+    // program folder (where the staging database goes) and the source.
+    for (const fs::path& top : {f.company.parent_path(), f.prog, f.source}) {
+      ASSERT_EQ(::chown(top.c_str(), as.uid, as.gid), 0);
+      if (top == f.prog) continue;  // its files (the executable among them) stay root's
+      for (const auto& e : fs::recursive_directory_iterator(top)) ASSERT_EQ(::lchown(e.path().c_str(), as.uid, as.gid), 0);
+    }
+    ASSERT_EQ(f.run({"--yes"}).status, 0);
+    if (c.fresh_staging) fs::remove_all(f.staging.parent_path());
+    // A KEL company the good run filled: a read-only case must leave it so.
+    const std::string kel_before = TempDir::read(f.company), source_before = TempDir::read(f.source / "Personas.csv");
+    const std::string staging_before = f.staging_state();
+    const fs::path target = c.target(f);
+    const fs::perms perms = fs::status(target).permissions();
+    fs::permissions(target, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
+                    fs::perm_options::remove);
+    RunResult r = f.run({"--yes"});
+    fs::permissions(target, perms);
+    EXPECT_EQ(r.status, c.status) << r.out;
+    for (const std::string& line : c.lines(f)) EXPECT_TRUE(has(r.out, line)) << line << "\n" << r.out;
+    if (c.status != 0) {
+      EXPECT_EQ(TempDir::read(f.company), kel_before);
+      if (!c.fresh_staging) {
+        EXPECT_EQ(f.staging_state(), staging_before);
+      }
+      EXPECT_EQ(r.out.find("CARGA:"), std::string::npos) << r.out;  // nothing was loaded
+    } else {
+      EXPECT_EQ(Query(f.staging, "SELECT group_concat(Nombre_1) FROM Personas"), "Ana,Luis,Eva");
+    }
+    EXPECT_EQ(TempDir::read(f.source / "Personas.csv"), source_before);
+  }
 }
 
 }  // namespace

@@ -284,3 +284,52 @@ TEST(SourceKinds, AnAccessFileIsImportedIntoKel) {
 }
 
 }  // namespace
+
+namespace {
+
+// Keys read through an ODBC data source are checked like any other source's:
+// a repeated id refuses the table, naming the rows; with the option to set
+// rows aside, the later row goes to rechazados/Personas.csv and the rest loads.
+TEST(SourceKinds, KeysFromAnOdbcSourceAreRefusedOrSetAside) {
+  if (!sqlite_odbc_declared()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite (libsqliteodbc)";
+  for (const bool set_aside : {false, true}) {
+    SCOPED_TRACE(set_aside ? "apartadas" : "rechazada");
+    Import i;
+    const fs::path source = i.tmp.path() / "sueldos.db";
+    kel_test::run_sqlite(source,
+                         "CREATE TABLE Personas (id_Persona INTEGER, NUMERO TEXT, Apellido_1 TEXT, Nombre_1 TEXT, "
+                         "Apellido_2 TEXT, Nombre_2 TEXT, Direccion TEXT, Id_Sexo INTEGER, ID_EstadoCivil INTEGER, "
+                         "Fecha_Nacimiento TEXT, Id_Localidad INTEGER, Id_dpto INTEGER, id_Nacionalidad INTEGER, "
+                         "id_Pais INTEGER, ID_Doc_Exigidos INTEGER, FECHA_EMISION TEXT, FECHA_VENCIMIENTO TEXT);"
+                         "INSERT INTO Personas (id_Persona, Nombre_1, Apellido_1) VALUES (1, 'Ana', 'Pérez'), "
+                         "(2, 'Luis', 'Gómez'), (1, 'Otra', 'Ana'), (NULL, 'Sin', 'Número');");
+    const fs::path ini = i.tmp.path() / "odbc.ini";
+    kel_test::write_file(ini, "[kel_claves]\nDriver=SQLite3\nDatabase=" + source.string() + "\n");
+    setenv("ODBCINI", ini.c_str(), 1);
+    preview::StagedPreview preview;
+    mapping::MappingPanel mapping;
+    session::MainWindowController c(i.prog, i.ui, i.importer, preview, mapping);
+    c.ApartarRechazados = set_aside;
+    c.Form_Load(i.company.string() + "*kel_claves*2");
+    c.Form_Activate();
+    const std::string rejects = (i.staging.parent_path() / "rechazados" / "Personas.csv").string();
+    const std::vector<std::string> expected =
+        set_aside ? std::vector<std::string>{"DSN=kel_claves;: 2 filas apartadas en " + rejects +
+                                             " (id_Persona 1 repetido, ...); el resto de la tabla Personas se cargó"}
+                  : std::vector<std::string>{"DSN=kel_claves;: la tabla Personas no se cargó: id_Persona vacío en la "
+                                             "fila 4; id_Persona 1 repetido en las filas 1 y 3",
+                                             "No se cargó ningún dato desde kel_claves: no se importa nada"};
+    EXPECT_EQ(c.last_load_warnings, expected);
+    EXPECT_EQ(kel_test::query_text(i.staging, "SELECT group_concat(id_Persona || ':' || Nombre_1) FROM Personas"),
+              set_aside ? "1:Ana,2:Luis" : "");
+    if (set_aside) {
+      const std::string set = TempDir::read(rejects);
+      EXPECT_EQ(set.rfind("Fila;Motivo;id_Persona;NUMERO;Apellido_1;Nombre_1;", 0), 0u) << set;
+      EXPECT_NE(set.find("\r\n3;id_Persona 1 repetido;1;;Ana;Otra;"), std::string::npos) << set;
+      EXPECT_NE(set.find("\r\n4;id_Persona vacío;;;Número;Sin;"), std::string::npos) << set;
+    }
+    c.Form_Unload();
+  }
+}
+
+}  // namespace

@@ -1,13 +1,11 @@
 // db/odbc_connection.cpp — connecting, running statements and reading result
-// sets through the ODBC 3 C API.
+// sets through the ODBC 3 C API (rows are read by db/odbc_fetch.h).
 #include "db/odbc_connection.h"
 
 #include <sql.h>
 #include <sqlext.h>
 
 #include <cctype>
-#include <cstdio>
-#include <memory>
 #include <vector>
 
 #include "db/error.h"
@@ -21,6 +19,7 @@ const std::string kRefused = "La base de datos rechazó la instrucción: ";
 
 bool ok(SQLRETURN rc) { return rc == SQL_SUCCESS || rc == SQL_SUCCESS_WITH_INFO; }
 
+// The driver's diagnostics of a handle (db/odbc_fetch.h).
 std::string diagnostics(SQLSMALLINT type, SQLHANDLE handle) { return odbc_diagnostics(type, handle); }
 
 // The value of `key` in a "key=value;key=value" connection text, case ignored.

@@ -27,7 +27,10 @@ class OdbcConnection final : public Connection {
   // Connects with `connection_text`: "DSN=name;" or any ODBC connection
   // string ("Driver=...;Database=...;"); a text without "=" is taken as a
   // data source name, or as a file data source ("FILEDSN=") when it ends in
-  // ".dsn". The driver is never allowed to prompt. Closes this
+  // ".dsn". The driver is never allowed to prompt. PostgreSQL's driver is
+  // connected to read results through a cursor, a block of rows at a time
+  // ("UseDeclareFetch=1;Fetch=1000;" added, unless the text names
+  // UseDeclareFetch), so that streaming a large table holds one block. Closes this
   // connection first when open. Never throws: returns is_open(), and on
   // failure last_error() holds the driver's messages.
   bool open(const std::string& connection_text);

@@ -7,7 +7,7 @@
 
 #include "db/error.h"
 #include "db/sqlite_connection.h"
-#include "db/value_format.h"
+#include "base/value_format.h"
 
 namespace app {
 

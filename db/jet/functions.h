@@ -53,7 +53,7 @@
 #include <string_view>
 
 #include "db/jet/date.h"
-#include "db/value.h"
+#include "base/value.h"
 
 namespace db::jet {
 

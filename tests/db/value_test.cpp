@@ -3,8 +3,8 @@
 
 #include "db/error.h"
 #include "db/recordset.h"
-#include "db/value.h"
-#include "db/value_format.h"
+#include "base/value.h"
+#include "base/value_format.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// db/value_format.h — how values are written as text for people and tests.
+// base/value_format.h — how values are written as text for people and tests.
 //
 // Numbers are written the way Jet's CStr writes them so that what the console
 // prints, what the golden tests expect and what the grids show agree: whole
@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "db/value.h"
+#include "base/value.h"
 
 namespace db {
 

@@ -1,4 +1,4 @@
-// db/jet/decimal_digits.h — the shortest decimal digits of a double, shared
+// base/decimal_digits.h — the shortest decimal digits of a double, shared
 // by CStr, Round and Format so that all three round the number the user sees
 // (2.675 is "2.675", not 2.67499999...).
 #pragma once

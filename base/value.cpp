@@ -1,4 +1,4 @@
-// db/value.cpp — conversions of field values to text and numbers.
+// base/value.cpp — conversions of field values to text and numbers.
 //
 // Numbers are written and read exactly as the Jet functions do (CStr, Val in
 // db/jet/functions.h), so that a value shown by the console, a grid or a
@@ -8,8 +8,8 @@
 #include <string>
 
 #include "db/jet/functions.h"
-#include "db/value.h"
-#include "db/value_format.h"
+#include "base/value.h"
+#include "base/value_format.h"
 
 namespace db {
 

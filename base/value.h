@@ -1,4 +1,4 @@
-// db/value.h — one field value as read from a database.
+// base/value.h — one field value as read from a database.
 //
 // Values come from SQLite (or ODBC) as Null, a 64-bit integer, a double or a
 // text (UTF-8). Dates are texts in ISO 8601 form ("YYYY-MM-DD" at midnight,

@@ -7,7 +7,7 @@
 
 #include "db/error.h"
 #include "db/sqlite_connection.h"
-#include "base/value_format.h"
+#include "base/value.h"
 
 namespace app {
 

@@ -4,7 +4,6 @@
 #include "db/error.h"
 #include "db/recordset.h"
 #include "base/value.h"
-#include "base/value_format.h"
 
 namespace {
 

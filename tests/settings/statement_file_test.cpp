@@ -16,7 +16,7 @@ TEST(StatementFile, SplitsStatementsAtSemicolonLines) {
   ASSERT_EQ(f.statement_count(), 4);
   EXPECT_EQ(f.statement(1), "Delete * From Personas");
   EXPECT_EQ(f.statement(2), "Insert Into Personas (Nombre)\n  Select Nombre\n  From [Emp] in '[BDOrigen]'");
-  EXPECT_EQ(f.statement(3), "Update Personas Set x = 'a;b' ");
+  EXPECT_EQ(f.statement(3), "Update Personas Set x = 'a;b'");
   EXPECT_EQ(f.statement(4), "Select 1");
   EXPECT_THROW(f.statement(0), std::out_of_range);
   EXPECT_THROW(f.statement(5), std::out_of_range);

@@ -57,26 +57,15 @@ Number val_radix(std::string_view s, std::size_t i) {
   return Number{true, static_cast<std::int64_t>(v), 0.0};
 }
 
-DecimalDigits shortest_digits(double x) {
-  char buf[40];
-  auto res = std::to_chars(buf, buf + sizeof buf, std::fabs(x), std::chars_format::scientific);
-  DecimalDigits out;
-  const char* p = buf;
-  for (; p < res.ptr && *p != 'e'; ++p)
-    if (is_digit(*p)) out.d[out.n++] = *p;
-  int e = 0;
-  if (p < res.ptr) std::from_chars(p + (p[1] == '+' ? 2 : 1), res.ptr, e);
-  out.exp10 = e;
-  while (out.n > 1 && out.d[out.n - 1] == '0') --out.n;
-  return out;
-}
-
 namespace {
 
-// Digits of |x| rounded to 15 significant ones, as DecimalDigits.
-DecimalDigits fifteen_digits(double x) {
+// DecimalDigits of the scientific text of |x|: the shortest that reads back
+// (`precision` < 0) or rounded to precision + 1 significant digits.
+DecimalDigits digits_of(double x, int precision) {
   char buf[40];
-  auto res = std::to_chars(buf, buf + sizeof buf, std::fabs(x), std::chars_format::scientific, 14);
+  auto res = precision < 0
+                 ? std::to_chars(buf, buf + sizeof buf, std::fabs(x), std::chars_format::scientific)
+                 : std::to_chars(buf, buf + sizeof buf, std::fabs(x), std::chars_format::scientific, precision);
   DecimalDigits out;
   const char* p = buf;
   for (; p < res.ptr && *p != 'e'; ++p)
@@ -88,7 +77,12 @@ DecimalDigits fifteen_digits(double x) {
   return out;
 }
 
+// Digits of |x| rounded to 15 significant ones.
+DecimalDigits fifteen_digits(double x) { return digits_of(x, 14); }
+
 }  // namespace
+
+DecimalDigits shortest_digits(double x) { return digits_of(x, -1); }
 
 Number val_text(std::string_view s) {
   std::size_t i = 0;

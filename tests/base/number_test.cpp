@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "base/month.h"
@@ -13,30 +14,30 @@
 namespace base {
 namespace {
 
-// Val as "int:<n>" or "real:<text>" so that the kind is checked too.
-std::string val(std::string_view s) {
-  Number n = val_text(s);
-  return n.is_int ? "int:" + std::to_string(n.i) : "real:" + cstr_number(n.d);
-}
-
 TEST(Val, ReadsTheLeadingNumberAsBasicDoes) {
-  const std::pair<const char*, const char*> cases[] = {
+  // `whole` is set when Val gives an exact integer, otherwise `real`.
+  struct Row { const char* text; std::optional<std::int64_t> whole; double real; };
+  const Row rows[] = {
       // hexadecimal and octal (the format files' Val read these as 0)
-      {"&H1F", "int:31"}, {"&h1f", "int:31"}, {"&O17", "int:15"}, {"&HFFFF", "int:-1"},
-      {"&HFFFFFFFF", "int:-1"}, {"&H1 F", "int:31"}, {"&O8", "int:0"}, {"&", "int:0"},
+      {"&H1F", 31, 0}, {"&h1f", 31, 0}, {"&O17", 15, 0}, {"&HFFFF", -1, 0}, {"&HFFFFFFFF", -1, 0},
+      {"&H1 F", 31, 0}, {"&O8", 0, 0}, {"&", 0, 0},
       // leading blanks, and blanks inside the number
-      {"   20", "int:20"}, {"\t\r\n7", "int:7"}, {"  -  12", "int:-12"}, {"1 2", "int:12"},
+      {"   20", 20, 0}, {"\t\r\n7", 7, 0}, {"  -  12", -12, 0}, {"1 2", 12, 0},
       // trailing garbage stops the reading
-      {"  -1 KEL", "int:-1"}, {"1-Monto Imponible Mensual", "int:1"}, {"H-Haberes", "int:0"},
-      {"12.3.4", "real:12.3"}, {"3,5", "int:3"}, {"", "int:0"}, {".", "int:0"}, {"-", "int:0"},
-      // exponents, with e or d, and an exponent without digits ignored
-      {"2.5e1x", "int:25"}, {"1.5D2", "int:150"}, {"1e-2", "real:0.01"}, {"1e", "int:1"},
-      {"1e+", "int:1"}, {"4 e 1", "int:40"},
+      {"  -1 KEL", -1, 0}, {"1-Monto Imponible Mensual", 1, 0}, {"H-Haberes", 0, 0}, {"12.3.4", {}, 12.3},
+      {"3,5", 3, 0}, {"", 0, 0}, {".", 0, 0}, {"-", 0, 0},
+      // exponents, with e or d; an exponent without digits is left out
+      {"2.5e1x", 25, 0}, {"1.5D2", 150, 0}, {"1e-2", {}, 0.01}, {"1e", 1, 0}, {"1e+", 1, 0}, {"4 e 1", 40, 0},
       // long whole numbers stay exact (through a double they would not)
-      {"9007199254740993", "int:9007199254740993"}, {"-123456789012345678", "int:-123456789012345678"},
-      {"123456789012345678901234567890", "real:1.23456789012346E+29"},
+      {"9007199254740993", 9007199254740993, 0}, {"-123456789012345678", -123456789012345678, 0},
+      {"123456789012345678901234567890", {}, 1.2345678901234568e29},
   };
-  for (const auto& [text, expected] : cases) EXPECT_EQ(val(text), expected) << "'" << text << "'";
+  for (const Row& r : rows) {
+    const Number n = val_text(r.text);
+    EXPECT_EQ(n.is_int, r.whole.has_value()) << "'" << r.text << "'";
+    if (r.whole) EXPECT_EQ(n.i, *r.whole) << "'" << r.text << "'";
+    else EXPECT_DOUBLE_EQ(n.d, r.real) << "'" << r.text << "'";
+  }
   EXPECT_EQ(Val("&H1F"), 31.0);
   EXPECT_EQ(as_int(Value{std::string("9007199254740993")}), 9007199254740993);
 }

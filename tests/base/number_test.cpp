@@ -35,8 +35,11 @@ TEST(Val, ReadsTheLeadingNumberAsBasicDoes) {
   for (const Row& r : rows) {
     const Number n = val_text(r.text);
     EXPECT_EQ(n.is_int, r.whole.has_value()) << "'" << r.text << "'";
-    if (r.whole) EXPECT_EQ(n.i, *r.whole) << "'" << r.text << "'";
-    else EXPECT_DOUBLE_EQ(n.d, r.real) << "'" << r.text << "'";
+    if (r.whole) {
+      EXPECT_EQ(n.i, *r.whole) << "'" << r.text << "'";
+    } else {
+      EXPECT_DOUBLE_EQ(n.d, r.real) << "'" << r.text << "'";
+    }
   }
   EXPECT_EQ(Val("&H1F"), 31.0);
   EXPECT_EQ(as_int(Value{std::string("9007199254740993")}), 9007199254740993);

@@ -36,17 +36,7 @@ class BadInput {
  public:
   BadInput() {
     const fs::path built = fs::path(KEL_EXECUTABLE).parent_path();
-    fs::create_directories(prog);
-    for (const fs::directory_entry& e : fs::directory_iterator(built)) {
-      const std::string name = e.path().filename().string();
-      std::error_code ec;
-      if (!e.is_directory()) {
-        if (name == "kelimport") fs::create_hard_link(e.path(), prog / name, ec);
-        if (name != "kelimport" || ec) fs::copy_file(e.path(), prog / name);
-      } else if (name == "Generica" || name == "csv" || name == "bd" || name == "schema") {
-        fs::copy(e.path(), prog / name, fs::copy_options::recursive);
-      }
-    }
+    testing_app::copy_program(built, prog);
     fs::create_directories(company.parent_path());
     fs::copy_file(built / "demo" / "Empresa" / "Datos.mdb", company);
     root.write("origen/Empresa.csv", kEmpresaCsv);

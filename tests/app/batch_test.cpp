@@ -82,17 +82,7 @@ class BatchRun : public ::testing::Test {
   void SetUp() override {
     const fs::path built = fs::path(KEL_EXECUTABLE).parent_path();
     ASSERT_TRUE(fs::exists(built / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
-    fs::create_directories(prog_);
-    for (const fs::directory_entry& e : fs::directory_iterator(built)) {
-      const std::string name = e.path().filename().string();
-      std::error_code ec;
-      if (!e.is_directory()) {
-        if (name == "kelimport") fs::create_hard_link(e.path(), prog_ / name, ec);
-        if (name != "kelimport" || ec) fs::copy_file(e.path(), prog_ / name);
-      } else if (name == "Generica" || (name != "demo" && !fs::exists(e.path() / "Pasaje.mdb"))) {
-        fs::copy(e.path(), prog_ / name, fs::copy_options::recursive);
-      }
-    }
+    testing_app::copy_program(built, prog_);
     fs::copy(built / "demo", root_ / "demo", fs::copy_options::recursive);
   }
 

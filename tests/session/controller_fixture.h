@@ -120,6 +120,23 @@ inline void copy_program_folder(const fs::path& from, const fs::path& to) {
   }
 }
 
+// The built program folder and the demo (its company and source forms) copied
+// into a fresh folder; the company's staging database is prog/Empresa/Pasaje.mdb.
+struct DemoFolders {
+  TempFolder tmp;
+  fs::path prog = tmp.path() / "prog";
+  fs::path demo = tmp.path() / "demo";
+  fs::path company = demo / "Empresa" / "Datos.mdb";
+  fs::path staging = prog / "Empresa" / "Pasaje.mdb";
+
+  DemoFolders() {
+    const fs::path built = KEL_PROGRAM_DIR;
+    EXPECT_TRUE(fs::exists(built / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
+    copy_program_folder(built, prog);
+    fs::copy(built / "demo", demo, fs::copy_options::recursive);
+  }
+};
+
 inline bool has_line(const std::vector<std::string>& log, const std::string& line) {
   return std::find(log.begin(), log.end(), line) != log.end();
 }

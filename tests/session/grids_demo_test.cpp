@@ -13,7 +13,6 @@ namespace fs = std::filesystem;
 using Log = std::vector<std::string>;
 using mapping::PanelFocus;
 
-const fs::path kBuiltProgram = KEL_PROGRAM_DIR;
 using test_support::native_rows;
 const std::string kAskLinks = "PREGUNTA: Confirma borrar los vinculos ingresados automaticamente";
 
@@ -25,12 +24,7 @@ bool listed(const std::string& conc_crear, const std::string& id) {
 
 // The demo program folder and company, staged from its database-file form
 // (format 1) by a controller that stays open for the test.
-struct StagedDemo {
-  kel_test::TempFolder tmp;
-  fs::path prog = tmp.path() / "prog";
-  fs::path demo = tmp.path() / "demo";
-  fs::path company = demo / "Empresa" / "Datos.mdb";
-  fs::path staging = prog / "Empresa" / "Pasaje.mdb";
+struct StagedDemo : kel_test::DemoFolders {
   kel_test::RecordingUi ui;
   transfer::Importer importer;
   preview::StagedPreview preview;
@@ -38,8 +32,6 @@ struct StagedDemo {
   std::unique_ptr<session::MainWindowController> c;
 
   StagedDemo() {
-    kel_test::copy_program_folder(kBuiltProgram, prog);
-    fs::copy(kBuiltProgram / "demo", demo, fs::copy_options::recursive);
     c = std::make_unique<session::MainWindowController>(prog, ui, importer, preview, mapping);
     c->Form_Load(company.string() + "*" + (demo / "Origen_BD").string() + "*1");
     c->Form_Activate();

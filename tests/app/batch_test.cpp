@@ -12,6 +12,7 @@
 #include <sstream>
 
 #include "run_program.h"
+#include "support/sqlite_file.h"
 
 namespace {
 
@@ -192,14 +193,9 @@ TEST_F(BatchRun, NothingTickedOrAFailingStepIsNotASuccess) {
   EXPECT_FALSE(none.has("TRANSFERIDO:"));
 
   // The KEL company refuses to lose its company row: the first step stops.
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open((root_ / "demo" / "Empresa" / "Datos.mdb").c_str(), &db), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(db,
-                         "CREATE TRIGGER no_borrar BEFORE DELETE ON Empresa "
-                         "BEGIN SELECT RAISE(ABORT, 'empresa bloqueada'); END;",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
-  sqlite3_close(db);
+  test_support::run_sqlite(root_ / "demo" / "Empresa" / "Datos.mdb",
+                           "CREATE TRIGGER no_borrar BEFORE DELETE ON Empresa "
+                           "BEGIN SELECT RAISE(ABORT, 'empresa bloqueada'); END;");
   BatchResult failed = run({"--yes", "--groups", "1,2", demo_line()});
   EXPECT_EQ(failed.status, 2) << failed.out;
   EXPECT_TRUE(failed.has("AVISO: La importación se detuvo por un error en 1. Datos de la Empresa")) << failed.out;
@@ -210,14 +206,9 @@ TEST_F(BatchRun, NothingTickedOrAFailingStepIsNotASuccess) {
 TEST_F(BatchRun, ErrorInTheLoadWritesTheReportAndExitsWithTwo) {
   BatchResult first = run({"--no", demo_line()});
   ASSERT_EQ(first.status, 1) << first.out;
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open((prog_ / "Empresa" / "Pasaje.mdb").c_str(), &db), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(db,
-                         "CREATE TRIGGER no_borrar BEFORE DELETE ON Personas "
-                         "BEGIN SELECT RAISE(ABORT, 'tabla bloqueada'); END;",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
-  sqlite3_close(db);
+  test_support::run_sqlite(prog_ / "Empresa" / "Pasaje.mdb",
+                           "CREATE TRIGGER no_borrar BEFORE DELETE ON Personas "
+                           "BEGIN SELECT RAISE(ABORT, 'tabla bloqueada'); END;");
 
   BatchResult failed = run({"--yes", demo_line()});
   EXPECT_EQ(failed.status, 2) << failed.out;
@@ -238,14 +229,9 @@ TEST_F(BatchRun, ErrorInTheLoadWritesTheReportAndExitsWithTwo) {
 // named and `kelimport --restore` puts it back after asking.
 TEST_F(BatchRun, SafetyCopyIsRestoredOnErrorOrByHand) {
   const fs::path kel = root_ / "demo" / "Empresa" / "Datos.mdb";
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(kel.c_str(), &db), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(db,
-                         "CREATE TRIGGER no_insertar BEFORE INSERT ON Encabezados "
-                         "BEGIN SELECT RAISE(ABORT, 'encabezados bloqueados'); END;",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
-  sqlite3_close(db);
+  test_support::run_sqlite(kel,
+                           "CREATE TRIGGER no_insertar BEFORE INSERT ON Encabezados "
+                           "BEGIN SELECT RAISE(ABORT, 'encabezados bloqueados'); END;");
   const std::string before = dump(kel);
 
   BatchResult restored = run({"--yes", "--restore-on-error", demo_line()});

@@ -6,9 +6,9 @@
 #include <iostream>
 #include <sstream>
 
+#include "app/batch_ui.h"
 #include "app/staged_counts.h"
 #include "session/main_controller.h"
-#include "session/scripted_ui.h"
 #include "settings/strings.h"
 #include "transfer/importer.h"
 
@@ -236,9 +236,8 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
     return kBatchOk;
   }
 
-  session::ScriptedUserInterface ui;
-  ui.default_answer = options->answer;
-  ui.on_line = [&out](const std::string& line) { out << PrintedMessage(line) << "\n" << std::flush; };
+  BatchUserInterface ui([&out](const std::string& line) { out << PrintedMessage(line) << "\n" << std::flush; },
+                        options->answer);
   transfer::Importer importer;
   preview::StagedPreview preview;
   mapping::MappingPanel mapping;

@@ -5,9 +5,10 @@
 #include <iostream>
 #include <optional>
 
+#include "base/value.h"
 #include "db/error.h"
 #include "db/sqlite_connection.h"
-#include "db/value_format.h"
+#include "settings/statement_splitter.h"
 
 namespace app {
 
@@ -19,20 +20,6 @@ struct Options {
   std::string database;
   std::optional<std::string> statement;
 };
-
-std::string trim(const std::string& text) {
-  std::size_t start = text.find_first_not_of(" \t\r\n");
-  if (start == std::string::npos) return {};
-  std::size_t end = text.find_last_not_of(" \t\r\n");
-  return text.substr(start, end - start + 1);
-}
-
-// The statement without its closing ";" and surrounding blanks.
-std::string without_terminator(const std::string& text) {
-  std::string s = trim(text);
-  while (!s.empty() && s.back() == ';') s = trim(s.substr(0, s.size() - 1));
-  return s;
-}
 
 // Parses the arguments after "--sql"; returns an error message or "".
 std::string parse(const std::vector<std::string>& args, Options& options) {
@@ -57,34 +44,6 @@ std::string parse(const std::vector<std::string>& args, Options& options) {
   if (positional.size() == 2) options.statement = positional[1];
   return {};
 }
-
-// Reads statements from `in`: a statement ends at a line whose last non-blank
-// character is ";". Text left at the end without ";" is a statement too.
-class StatementReader {
- public:
-  explicit StatementReader(std::istream& in) : in_(in) {}
-
-  std::optional<std::string> next() {
-    std::string text;
-    std::string line;
-    while (std::getline(in_, line)) {
-      text += line;
-      text += '\n';
-      std::string t = trim(line);
-      if (!t.empty() && t.back() == ';') {
-        std::string statement = without_terminator(text);
-        if (!statement.empty()) return statement;
-        text.clear();
-      }
-    }
-    std::string statement = without_terminator(text);
-    if (statement.empty()) return std::nullopt;
-    return statement;
-  }
-
- private:
-  std::istream& in_;
-};
 
 void print_recordset(const db::Recordset& rs, std::ostream& out) {
   for (std::size_t i = 0; i < rs.field_count(); ++i) out << (i ? "\t" : "") << rs.field_name(i);
@@ -128,7 +87,9 @@ std::string sql_console_usage() {
          "existir) con la misma conexión y traducción que usa el importador.\n"
          "\n"
          "  INSTRUCCION   la instrucción a ejecutar; sin ella se leen instrucciones de la\n"
-         "                entrada estándar, cada una terminada por ';' al final de una línea.\n"
+         "                entrada estándar, cada una terminada por ';' al final de una línea\n"
+         "                (como en los archivos de sentencias: las líneas que empiezan\n"
+         "                con -- son comentarios).\n"
          "  --explain     muestra la traducción a SQLite en lugar de ejecutar.\n"
          "  --help        muestra esta ayuda.\n"
          "\n"
@@ -161,15 +122,20 @@ int run_sql_console(const std::vector<std::string>& args, std::istream& in, std:
     err << conn.last_error() << '\n';
     return 1;
   }
+  // Statements end where the load's statement files end them.
   if (options.statement) {
-    std::string statement = without_terminator(*options.statement);
-    if (statement.empty()) return 0;
-    return run_one(conn, statement, options.explain, out, err) ? 0 : 1;
+    for (const std::string& statement : settings::SplitStatements(*options.statement))
+      if (!run_one(conn, statement, options.explain, out, err)) return 1;
+    return 0;
   }
-  StatementReader reader(in);
-  while (auto statement = reader.next()) {
+  settings::StatementSplitter splitter;
+  std::string line;
+  while (std::getline(in, line)) {
+    if (auto statement = splitter.add_line(line))
+      if (!run_one(conn, *statement, options.explain, out, err)) return 1;
+  }
+  if (auto statement = splitter.finish())
     if (!run_one(conn, *statement, options.explain, out, err)) return 1;
-  }
   return 0;
 }
 

@@ -27,7 +27,7 @@
 #include "db/recordset.h"
 #include "db/sql_text.h"
 #include "db/sqlite_connection.h"
-#include "db/value.h"
+#include "base/value.h"
 #include "demo/demo.h"
 #include "demo/source_csv.h"
 #include "demo/sqlite_writer.h"

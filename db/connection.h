@@ -11,8 +11,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "db/recordset.h"
 
@@ -44,6 +46,54 @@ class Connection {
 
   // The engine's message for the last failed open (empty after a good one).
   virtual const std::string& last_error() const = 0;
+
+  // Names of the database's tables in the order the engine lists them (for
+  // SQLite the order they were created in), without the engine's own tables.
+  // Throws db::Error.
+  virtual std::vector<std::string> table_names() = 0;
+
+  // ---- What only some engines offer; the defaults say "not here". --------
+
+  // Runs the engine's own SQL, untranslated. An ODBC connection passes every
+  // statement through anyway, so by default this is execute(). Throws
+  // db::Error.
+  virtual void execute_native(const std::string& sql) { execute(sql); }
+
+  // Makes the database file at `path` readable by the statements that name
+  // it with in '<path>', now rather than when they run (SQLite cannot attach
+  // a file inside a transaction). Throws db::Error when it cannot be read.
+  virtual void attach_path(const std::string& path) { (void)path; }
+
+  // True while a transaction is open on the engine (a SQLite statement that
+  // fails may end one by itself).
+  virtual bool in_transaction() const { return false; }
+
+  // The engine setting `name` ("cache_size", "main.journal_mode") and a way
+  // to change it; empty / false for engines without such settings. A setting
+  // that cannot change is not an error: callers use settings for speed only.
+  virtual std::string engine_setting(const std::string& name) {
+    (void)name;
+    return {};
+  }
+  virtual bool change_engine_setting(const std::string& name, const std::string& value) {
+    (void)name;
+    (void)value;
+    return false;
+  }
+
+  // Calls `wait(attempt)` (0, 1, 2...) each time a statement finds its file
+  // locked by another program; the statement retries while it returns true
+  // and fails as busy once it returns false. False when the engine has no
+  // such hook (the handler is then never called).
+  virtual bool set_busy_handler(std::function<bool(int attempt)> wait) {
+    (void)wait;
+    return false;
+  }
+
+  // The file a waiting statement is waiting for, to name it to the user: a
+  // statement may read several files (its own and those of `in '<path>'`
+  // clauses), and the one held is the one to name. Never waits, never throws.
+  virtual std::string locked_file() { return data_source_name(); }
 };
 
 }  // namespace db

@@ -44,7 +44,7 @@ class OdbcConnection final : public Connection {
   void rollback_transaction() override;
   // Names of the data source's tables and views (SQLTables), in the order
   // the driver gives them. Throws db::Error when the driver refuses.
-  std::vector<std::string> table_names();
+  std::vector<std::string> table_names() override;
 
   // Runs `sql` and hands its rows to `on_row` one at a time as they are
   // fetched, never holding the whole result: `on_columns` first gets the

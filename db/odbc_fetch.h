@@ -1,4 +1,4 @@
-// db/odbc_fetch.h — reading an ODBC result set's rows as db::Values.
+// db/odbc_fetch.h — reading an ODBC result set's rows as field values.
 //
 // A driver asked for one value at a time (SQLFetch, then SQLGetData per
 // column) pays a round of calls per value; from a server that is most of the
@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-#include "db/value.h"
+#include "base/value.h"
 
 namespace db {
 

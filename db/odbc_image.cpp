@@ -126,4 +126,12 @@ std::string OdbcImageReader::sqlite_image(const std::string&) {
   return image;
 }
 
+std::shared_ptr<SourceReader> odbc_image_reader(std::string connection_text, Connection& source,
+                                                std::vector<std::string> tables, std::filesystem::path cache_folder) {
+  auto* odbc = dynamic_cast<OdbcConnection*>(&source);
+  if (!odbc) return nullptr;
+  return std::make_shared<OdbcImageReader>(std::move(connection_text), *odbc, std::move(tables),
+                                           std::move(cache_folder));
+}
+
 }  // namespace db

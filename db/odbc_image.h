@@ -5,6 +5,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,12 @@ namespace db {
 // copied. Throws db::Error with a Spanish message naming the table that failed.
 std::int64_t write_odbc_image(OdbcConnection& source, const std::vector<std::string>& tables,
                               const std::string& image);
+
+// The reader that serves `connection_text` from `source` (see
+// OdbcImageReader), or nullptr when `source` is not an ODBC connection: only
+// an ODBC data source's tables are copied this way.
+std::shared_ptr<SourceReader> odbc_image_reader(std::string connection_text, Connection& source,
+                                                std::vector<std::string> tables, std::filesystem::path cache_folder);
 
 class OdbcImageReader : public SourceReader {
  public:

@@ -60,6 +60,14 @@ class SqliteConnection final : public Connection, public jet::TranslationContext
   void rollback_transaction() override;
   std::string data_source_name() const override { return path_; }
   const std::string& last_error() const override { return last_error_; }
+  // sqlite_connection_services.cpp
+  std::vector<std::string> table_names() override;
+  void attach_path(const std::string& path) override { attach(path); }
+  bool in_transaction() const override;
+  std::string engine_setting(const std::string& name) override;
+  bool change_engine_setting(const std::string& name, const std::string& value) override;
+  bool set_busy_handler(std::function<bool(int attempt)> wait) override;
+  std::string locked_file() override;
 
   // The SQLite translation of a Jet statement, attaching the databases it
   // names. Translations are cached per statement text. Throws db::Error.
@@ -67,7 +75,7 @@ class SqliteConnection final : public Connection, public jet::TranslationContext
 
   // Runs native SQLite SQL (one or more statements separated by ";"),
   // untranslated: for fixtures, schema creation and tools. Throws db::Error.
-  void execute_native(const std::string& sqlite_sql);
+  void execute_native(const std::string& sqlite_sql) override;
 
   // The underlying handle (nullptr when closed), for tools and tests.
   sqlite3* handle() const { return db_; }
@@ -110,6 +118,12 @@ class SqliteConnection final : public Connection, public jet::TranslationContext
   std::uint64_t statement_number_ = 0;           // one per statement run or translated
   std::vector<std::string>* attached_now_ = nullptr;  // keys the running translation attached
   bool transaction_pending_ = false;
+  std::function<bool(int)> busy_wait_;  // set_busy_handler's handler
 };
+
+// The SQLite connection behind `connection`, or nullptr for another engine.
+// For the staging load alone, whose data files are SQLite virtual tables;
+// everything else goes through db::Connection.
+SqliteConnection* as_sqlite(Connection& connection);
 
 }  // namespace db

@@ -3,7 +3,7 @@
 
 #include <sqlite3.h>
 
-#include "db/value.h"
+#include "base/value.h"
 
 namespace db {
 

@@ -12,12 +12,6 @@ std::string Date::iso() const {
   return buf;
 }
 
-int days_in_month(int year, int month) {
-  static const int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  return month == 2 && leap ? 29 : kDays[month - 1];
-}
-
 Date first_of_month(int index) { return Date{index / 12, index % 12 + 1, 1}; }
 
 Date day_of_month(int index, int day) {

@@ -7,6 +7,8 @@
 
 #include <string>
 
+#include "base/month.h"
+
 namespace demo {
 
 struct Date {
@@ -23,7 +25,7 @@ struct Date {
 };
 
 // Days in a month (Gregorian).
-int days_in_month(int year, int month);
+using base::days_in_month;
 
 // The first day of the month with month number `index`.
 Date first_of_month(int index);

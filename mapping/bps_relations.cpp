@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 
+#include "base/number.h"
 #include "settings/strings.h"
 #include "settings/text_file.h"
 
@@ -54,7 +55,7 @@ std::vector<std::string> RelationTable::Load(std::string_view relaciones) {
       continue;
     }
     bool overflow = false;
-    std::int32_t v = settings::ValInt32(lines[i], &overflow);
+    std::int32_t v = base::ValInt32(lines[i], &overflow);
     if (overflow) {
       warnings.push_back("Relaciones: el valor '" + lines[i] + "' de la línea " + std::to_string(i + 1) +
                          " es demasiado grande; se usa 0");
@@ -98,11 +99,11 @@ void ListRelations(const RelationTable& table, RelationList& list) {
 
 bool AddRelation(RelationTable& table, RelationList& list, std::string_view combo_text, int combo_index,
                  std::string_view cod_kel) {
-  double number = settings::Val(combo_text);
+  double number = base::Val(combo_text);
   if (number == 0 || cod_kel.empty()) return false;
-  table.set(1, combo_index, settings::ValInt32(cod_kel));
+  table.set(1, combo_index, base::ValInt32(cod_kel));
   std::string label;
-  if (number > 0) label = "BPS " + settings::NumberText(number);
+  if (number > 0) label = "BPS " + base::cstr_number(number);
   else if (!combo_text.empty() && (combo_text[0] == 'H' || combo_text[0] == 'h')) label = "HABE.";
   else label = "DESC.";
   list.entries.push_back({label + " -> KEL " + std::string(cod_kel), combo_index});

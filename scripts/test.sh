@@ -4,5 +4,6 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 scripts/check-layers.sh
+scripts/check-deps.sh
 scripts/build.sh
 ctest --test-dir build --output-on-failure --parallel "$(nproc)" --timeout 600

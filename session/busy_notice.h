@@ -14,8 +14,6 @@
 
 #include "db/connection.h"
 
-struct sqlite3;
-
 namespace session {
 
 class BusyNotice {
@@ -27,17 +25,17 @@ class BusyNotice {
   BusyNotice(const BusyNotice&) = delete;
   BusyNotice& operator=(const BusyNotice&) = delete;
 
-  // Installs the handler on `connection` when it is an open SQLite
-  // connection (anything else is left alone). `notice` gets the text to show;
-  // this object must outlive the connection's use.
+  // Installs the handler on `connection` when it is open and its engine has
+  // one (anything else is left alone). `notice` gets the text to show; this
+  // object must outlive the connection's use.
   void install(db::Connection* connection, std::function<void(const std::string&)> notice);
 
-  // The busy handler (SQLite's signature): waits a little and says whether to
-  // try again; tells the user on the first try of each wait.
-  static int OnBusy(void* self, int count);
+  // The busy handler: waits a little and says whether to try again; tells
+  // the user on the first try (`attempt` 0) of each wait.
+  bool OnBusy(int attempt);
 
  private:
-  sqlite3* handle_ = nullptr;
+  db::Connection* connection_ = nullptr;
   std::function<void(const std::string&)> notice_;
 };
 

@@ -5,7 +5,7 @@
 
 #include "db/error.h"
 #include "session/main_controller.h"
-#include "session/scripted_ui.h"
+#include "session/user_interface.h"
 
 namespace session {
 

@@ -8,8 +8,6 @@
 // database's locks (session/run_lock.h). The staging database records the
 // company it was prepared for, so that another company of a same-named folder
 // is asked before it reuses that data.
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <chrono>
 #include <system_error>
@@ -196,11 +194,10 @@ void MainWindowController::watch_busy() {
 }
 
 bool MainWindowController::claim_staging_for_company() {
-  auto* sqlite = dynamic_cast<db::SqliteConnection*>(staging.get());
-  if (!sqlite || settings::Trim(PathDeEmp).empty()) return true;
+  if (!staging || settings::Trim(PathDeEmp).empty()) return true;
   std::string previous;
   try {
-    sqlite->execute_native(std::string("CREATE TABLE IF NOT EXISTS ") + staging::kPreparedForTable + " (Archivo TEXT)");
+    staging->execute_native(std::string("CREATE TABLE IF NOT EXISTS ") + staging::kPreparedForTable + " (Archivo TEXT)");
     db::Recordset rs = staging->open_recordset(std::string("Select Archivo From ") + staging::kPreparedForTable);
     if (!rs.eof()) previous = db::as_text(rs.field(std::size_t{0}));
   } catch (const db::Error&) {
@@ -217,7 +214,7 @@ bool MainWindowController::claim_staging_for_company() {
   }
   if (previous != PathDeEmp) {
     try {
-      sqlite->execute_native(std::string("DELETE FROM ") + staging::kPreparedForTable + "; INSERT INTO " +
+      staging->execute_native(std::string("DELETE FROM ") + staging::kPreparedForTable + "; INSERT INTO " +
                              staging::kPreparedForTable + " (Archivo) VALUES (" + Quoted(PathDeEmp) + ")");
     } catch (const db::Error&) {
       // Not recorded: the next company is simply not told.
@@ -317,15 +314,14 @@ std::shared_ptr<db::SourceReader> MainWindowController::BuscarTablasODBC() {
       db::open_odbc(connection_text, source);
     }
   }
-  auto* odbc = dynamic_cast<db::OdbcConnection*>(source.get());
-  if (odbc == nullptr || !odbc->is_open()) {
+  if (!(source && source->is_open())) {
     ui_.warning("No se pudo abrir el origen de datos ODBC " + name +
                 (source ? ": " + source->last_error() : std::string()));
     return nullptr;
   }
   const std::array<bool, 5> ticked = state.ChkOP;
   std::vector<std::string> matched;
-  staging::MatchResult result = staging::MatchTables(state.ColArchTablas, odbc->table_names(), connection_text,
+  staging::MatchResult result = staging::MatchTables(state.ColArchTablas, source->table_names(), connection_text,
                                                      state.ChkOP, &matched, [this] { ActuBarra(1); });
   if (matched.empty()) {
     // Nothing to load: the staging database and the ticked groups stay as they were.
@@ -338,7 +334,11 @@ std::shared_ptr<db::SourceReader> MainWindowController::BuscarTablasODBC() {
   // Statements read the matched tables with in '<connection text>'; the
   // staging connection is opened afresh so that no copy of an earlier load
   // stays attached.
-  auto reader = std::make_shared<db::OdbcImageReader>(connection_text, *odbc, matched, staging_folder_);
+  std::shared_ptr<db::SourceReader> reader = db::odbc_image_reader(connection_text, *source, matched, staging_folder_);
+  if (!reader) {
+    ui_.warning("El origen de datos " + name + " no es una conexión ODBC");
+    return nullptr;
+  }
   db::register_source_reader(reader);
   if (staging && staging->is_open()) db::open_database(staging->data_source_name(), staging);
   return reader;

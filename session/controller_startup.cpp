@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/number.h"
 #include "mapping/bps_relations.h"
 #include "session/format_selection.h"
 #include "session/main_controller.h"
@@ -75,7 +76,7 @@ void MainWindowController::Form_Load(const std::string& command_line) {
 // so, since staging with another format than intended shows only as missing
 // data otherwise.
 void MainWindowController::select_command_line_format(const std::string& field) {
-  const int index = settings::ValInt32(field);
+  const int index = base::ValInt32(field);
   const int count = static_cast<int>(state.cmbFormato.size());
   if (index >= 0 && index < count) {
     cmbFormato_Click(index);

@@ -3,7 +3,7 @@
 // against the staged company when the source has no connection.
 #include <exception>
 
-#include "db/value.h"
+#include "base/value.h"
 #include "session/main_controller.h"
 #include "session/valido_sql.h"
 #include "settings/strings.h"

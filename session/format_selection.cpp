@@ -3,6 +3,7 @@
 
 #include <system_error>
 
+#include "base/number.h"
 #include "settings/key_file.h"
 #include "settings/paths.h"
 #include "settings/strings.h"
@@ -60,7 +61,7 @@ void cmbFormato_Click(SessionState& s) {
 
   s.TablaNoBorrar = settings::KeyValue(text, "TablaNoBorrar");
   s.ConcCrear = settings::KeyValue(text, "ConcCrear");
-  s.TipoBD = settings::ValInt32(settings::KeyValue(text, "TipoBD"));
+  s.TipoBD = base::ValInt32(settings::KeyValue(text, "TipoBD"));
 
   std::string bd = settings::KeyValue(text, "BD");
   s.TipoImp.selected[0] = !bd.empty();

@@ -8,7 +8,7 @@
 #include <array>
 #include <string>
 
-#include "staging/template.h"
+#include "base/month.h"
 
 namespace session {
 
@@ -49,8 +49,8 @@ struct Period {
   std::array<std::string, 2> txtMes;  // 0: Desde, 1: Hasta
 
   // The bounds as the template expansion takes them.
-  staging::MonthBound desde_bound() const { return {desde.year(), desde.month(), desde_checked}; }
-  staging::MonthBound hasta_bound() const { return {hasta.year(), hasta.month(), hasta_checked}; }
+  base::MonthBound desde_bound() const { return {desde.year(), desde.month(), desde_checked}; }
+  base::MonthBound hasta_bound() const { return {hasta.year(), hasta.month(), hasta_checked}; }
 };
 
 // The default range: Hasta = `today`'s month, Desde = twelve months earlier;

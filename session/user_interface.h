@@ -2,16 +2,26 @@
 //
 // The main window's logic runs without a display. Every message box, question
 // and dialog goes through this interface: the Qt window implements it with
-// real dialogs, tests and batch runs with scripted answers (scripted_ui.h).
+// real dialogs, batch mode with its command line's answers (app/batch_ui.h),
+// the tests with scripted ones (tests/support/scripted_ui.h).
 #pragma once
 
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace session {
 
 enum class QuestionIcon { kWarning, kQuestion };
+
+// Thrown by ask_yes_no when the interface has no answer to give (a batch run
+// without --yes/--no). It is not an error of the run: the controller lets it
+// through to the caller, who reports a bad command line.
+class UnansweredQuestion : public std::runtime_error {
+ public:
+  explicit UnansweredQuestion(const std::string& text) : std::runtime_error("Pregunta sin respuesta: " + text) {}
+};
 
 class UserInterface {
  public:

@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 
+#include "settings/statement_splitter.h"
 #include "settings/strings.h"
 #include "settings/text_file.h"
 
@@ -19,11 +20,6 @@ bool SectionLine(const std::string& line, Section* s) {
   else if (IEquals(t, "@ARCHIVO")) *s = Section::Layout;
   else return false;
   return true;
-}
-
-bool IsComment(const std::string& line) {
-  std::size_t p = line.find_first_not_of(" \t");
-  return p != std::string::npos && line.compare(p, 2, "--") == 0;
 }
 
 }  // namespace
@@ -60,16 +56,9 @@ bool StatementFile::load_text(std::string_view text) {
   Section section = Section::Statements;
   std::vector<std::string> layout_lines;
   bool has_layout = false;
-  std::vector<std::string> current;  // lines of the statement being read
+  StatementSplitter splitter;  // the same statement ends as the SQL console's
   auto end_statement = [&] {
-    while (!current.empty() && Trim(current.back()).empty()) current.pop_back();
-    std::size_t first = 0;
-    while (first < current.size() && Trim(current[first]).empty()) ++first;
-    if (first < current.size())
-      statements_.push_back(JoinLines(std::vector<std::string>(current.begin() + static_cast<std::ptrdiff_t>(first),
-                                                               current.end()),
-                                      "\n"));
-    current.clear();
+    if (auto statement = splitter.finish()) statements_.push_back(std::move(*statement));
   };
   std::vector<std::string> lines = SplitLines(text);
   for (std::size_t n = 0; n < lines.size(); ++n) {
@@ -92,7 +81,7 @@ bool StatementFile::load_text(std::string_view text) {
       layout_lines.push_back(line);
       continue;
     }
-    if (IsComment(line)) continue;
+    if (IsCommentLine(line)) continue;
     if (section == Section::Pairs) {
       if (Trim(line).empty()) continue;
       std::size_t bar = line.find('|');
@@ -104,11 +93,7 @@ bool StatementFile::load_text(std::string_view text) {
       pairs_.push_back({line.substr(0, bar), line.substr(bar + 1)});
       continue;
     }
-    // A statement line.
-    std::string t = Trim(line);
-    bool ends = !t.empty() && t.back() == ';';
-    current.push_back(ends ? line.substr(0, line.find_last_of(';')) : line);
-    if (ends) end_statement();
+    if (auto statement = splitter.add_line(line)) statements_.push_back(std::move(*statement));
   }
   end_statement();
   if (has_layout) {

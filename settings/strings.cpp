@@ -1,10 +1,6 @@
 // settings/strings.cpp — text helpers (see strings.h).
 #include "settings/strings.h"
 
-#include <cmath>
-#include <cstdio>
-#include <limits>
-
 namespace settings {
 
 namespace {
@@ -116,61 +112,6 @@ std::vector<std::string> SplitChar(std::string_view s, char sep) {
     out.emplace_back(s.substr(start, p - start));
     start = p + 1;
   }
-}
-
-double Val(std::string_view s) {
-  // Collect the characters that can make up a number, skipping blanks as Val
-  // does ("1 2" reads 12), then let strtod read the longest valid prefix.
-  std::string digits;
-  std::size_t i = 0;
-  auto skip = [&] {
-    while (i < s.size() && (s[i] == ' ' || s[i] == '\t' || s[i] == '\r' || s[i] == '\n')) ++i;
-  };
-  skip();
-  if (i < s.size() && (s[i] == '+' || s[i] == '-')) digits += s[i++];
-  bool seen_point = false, seen_exp = false;
-  for (; i < s.size(); ++i) {
-    char c = s[i];
-    if (c == ' ' || c == '\t') continue;
-    if (c >= '0' && c <= '9') {
-      digits += c;
-    } else if (c == '.' && !seen_point && !seen_exp) {
-      seen_point = true;
-      digits += c;
-    } else if ((c == 'e' || c == 'E' || c == 'd' || c == 'D') && !seen_exp) {
-      seen_exp = true;
-      digits += 'e';
-      if (i + 1 < s.size() && (s[i + 1] == '+' || s[i + 1] == '-')) digits += s[++i];
-    } else {
-      break;
-    }
-  }
-  if (digits.empty()) return 0;
-  char* end = nullptr;
-  double v = std::strtod(digits.c_str(), &end);
-  if (!std::isfinite(v)) return 0;
-  return v;
-}
-
-std::int32_t ValInt32(std::string_view s, bool* overflow) {
-  double v = std::nearbyint(Val(s));  // the default rounding mode is half to even
-  bool over = v > std::numeric_limits<std::int32_t>::max() ||
-              v < std::numeric_limits<std::int32_t>::min();
-  if (overflow) *overflow = over;
-  if (over) return v > 0 ? std::numeric_limits<std::int32_t>::max()
-                         : std::numeric_limits<std::int32_t>::min();
-  return static_cast<std::int32_t>(v);
-}
-
-std::string NumberText(double v) {
-  if (v == std::floor(v) && std::fabs(v) < 1e15) {
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%lld", static_cast<long long>(v));
-    return buf;
-  }
-  char buf[40];
-  std::snprintf(buf, sizeof buf, "%.15g", v);
-  return buf;
 }
 
 bool WildcardMatch(std::string_view name, std::string_view pattern, bool ignore_case) {

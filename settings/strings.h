@@ -1,6 +1,6 @@
 // settings/strings.h — small text helpers shared by the settings component and
 // the code above it: trimming, case-insensitive comparison and search in UTF-8
-// text, and the number reading that format files and the window's boxes use.
+// text, wildcards. Numbers are read by Basic's Val in base/number.h.
 //
 // Letter case is folded for ASCII and for the accented letters of Latin-1
 // (Á/á, Ñ/ñ ...), which is what Spanish names and texts need; other scripts are
@@ -43,19 +43,6 @@ std::string IReplaceAll(std::string_view text, std::string_view find, std::strin
 // Splits on every occurrence of a one-character separator; "" gives one
 // empty field.
 std::vector<std::string> SplitChar(std::string_view s, char sep);
-
-// The leading number of a text, read the way Basic's Val reads it: blanks are
-// skipped anywhere, an optional sign, digits, an optional decimal point and
-// digits, an optional exponent; reading stops at the first other character.
-// A text with no number gives 0.
-double Val(std::string_view s);
-
-// Val rounded half to even, clamped to the 32-bit range; `overflow` (when
-// given) is set when the value did not fit.
-std::int32_t ValInt32(std::string_view s, bool* overflow = nullptr);
-
-// Decimal text of a number without group separators ("-5", "12", "1.5").
-std::string NumberText(double v);
 
 // Matches a name against a wildcard pattern: "*" any run, "?" one character
 // (one UTF-8 character), other characters literally, without regard to case

@@ -6,6 +6,7 @@
 #include <map>
 #include <stdexcept>
 
+#include "base/number.h"
 #include "settings/paths.h"
 #include "settings/strings.h"
 #include "settings/text_file.h"
@@ -18,7 +19,7 @@ namespace fs = std::filesystem;
 int ClaArchBD::option() const {
   std::size_t star = Codigo.find('*');
   if (star == std::string::npos) return 0;
-  return settings::ValInt32(std::string_view(Codigo).substr(star + 1));
+  return base::ValInt32(std::string_view(Codigo).substr(star + 1));
 }
 
 std::string ClaArchBD::name() const { return Codigo.substr(0, Codigo.find('*')); }
@@ -68,13 +69,13 @@ std::optional<ClaArchBD> EntryFromLine(std::string_view line, bool tipo_ar, std:
   if (name.empty()) return fail("falta el nombre");
   // The option number is read back from the text after the first "*".
   if (name.find('*') != std::string::npos) return fail("el nombre no puede contener '*'");
-  double n = settings::Val(option);
+  double n = base::Val(option);
   if (option.empty() || n != std::floor(n) || n < 1 || n > 5)
     return fail("la opción '" + option + "' debe ser un número entero del 1 al 5");
   ConditionParse cond = ParseCondition(f[1]);
   if (!cond.ok()) return fail(cond.error);
   ClaArchBD e;
-  e.Codigo = name + "*" + settings::NumberText(n);
+  e.Codigo = name + "*" + base::cstr_number(n);
   e.ColCond = std::move(cond.tree);
   e.ArchConf = settings::Trim(f[2]);
   e.TipoAR = tipo_ar;

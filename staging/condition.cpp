@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "base/number.h"
 #include "settings/strings.h"
 
 namespace staging {
@@ -162,7 +163,7 @@ bool Compare(const std::string& word, const std::string& arg, std::string_view t
   }
   if (word == "IN") return Contains(target, arg, exact);
   // Length tests: L<>, L>, L< and any other L... word (equal length).
-  double n = settings::Val(arg);
+  double n = base::Val(arg);
   double len = static_cast<double>(CharCount(target));
   if (word == "L<>") return len != n;
   if (word == "L>") return len > n;

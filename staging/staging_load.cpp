@@ -39,10 +39,10 @@ constexpr const char* kLoadCacheKiB = "-65536";
 // memory.
 class LoadTuning {
  public:
-  explicit LoadTuning(db::Connection* connection) : sqlite_(dynamic_cast<db::SqliteConnection*>(connection)) {
-    if (!sqlite_ || !sqlite_->handle()) return;
-    cache_size_ = Pragma("cache_size");
-    Set("cache_size", kLoadCacheKiB);
+  explicit LoadTuning(db::Connection* connection) : connection_(connection) {
+    if (!connection_ || !connection_->is_open()) return;
+    cache_size_ = connection_->engine_setting("cache_size");
+    connection_->change_engine_setting("cache_size", kLoadCacheKiB);
     // Through a write-ahead log every page is written twice (the log, then
     // the file); a rollback journal copies only the pages that held data
     // before the transaction, and the load writes into pages it has just
@@ -51,57 +51,27 @@ class LoadTuning {
     // open the log stays, and only speed is lost.
     // Named "main.": without it the pragma would switch the source databases
     // the statements attached as well.
-    journal_ = Pragma("main.journal_mode");
-    if (settings::IEquals(journal_, "wal")) Set("main.journal_mode", "TRUNCATE");
+    journal_ = connection_->engine_setting("main.journal_mode");
+    if (settings::IEquals(journal_, "wal")) connection_->change_engine_setting("main.journal_mode", "TRUNCATE");
     else journal_.clear();
   }
   ~LoadTuning() {
-    if (!sqlite_ || !sqlite_->handle()) return;
-    if (!cache_size_.empty()) Set("cache_size", cache_size_);
-    if (!journal_.empty()) Set("main.journal_mode", journal_);
+    if (!connection_ || !connection_->is_open()) return;
+    // A setting that cannot change back only makes later work slower.
+    if (!cache_size_.empty()) connection_->change_engine_setting("cache_size", cache_size_);
+    if (!journal_.empty()) connection_->change_engine_setting("main.journal_mode", journal_);
   }
   LoadTuning(const LoadTuning&) = delete;
   LoadTuning& operator=(const LoadTuning&) = delete;
 
  private:
-  std::string Pragma(const std::string& name) {
-    sqlite3_stmt* stmt = nullptr;
-    std::string value;
-    if (sqlite3_prepare_v2(sqlite_->handle(), ("PRAGMA " + name).c_str(), -1, &stmt, nullptr) == SQLITE_OK &&
-        sqlite3_step(stmt) == SQLITE_ROW) {
-      const unsigned char* text = sqlite3_column_text(stmt, 0);
-      if (text) value = reinterpret_cast<const char*>(text);
-    }
-    sqlite3_finalize(stmt);
-    return value;
-  }
-  void Set(const std::string& name, const std::string& value) {
-    // A setting that cannot change only makes the load slower.
-    sqlite3_exec(sqlite_->handle(), ("PRAGMA " + name + " = " + value).c_str(), nullptr, nullptr, nullptr);
-  }
-
-  db::SqliteConnection* sqlite_;
+  db::Connection* connection_;
   std::string cache_size_;
   std::string journal_;  // the mode to go back to; empty: unchanged
 };
 
 void Progress(StagingLoad& load, float value) {
   if (load.ActuBarra) load.ActuBarra(value);
-}
-
-// The staging catalogue's table names, in catalogue order, without views and
-// without SQLite's own tables.
-std::vector<std::string> StagingTables(db::Connection& connection) {
-  std::vector<std::string> tables;
-  db::Recordset rs = connection.open_recordset("Select type, name From sqlite_master");
-  for (; !rs.eof(); rs.move_next()) {
-    std::string type = db::as_text(rs.field(std::size_t{0}));
-    std::string name = db::as_text(rs.field(std::size_t{1}));
-    if (!settings::IEquals(type, "table")) continue;
-    if (settings::IStartsWith(name, "sqlite_")) continue;  // the engine's own tables
-    tables.push_back(name);
-  }
-  return tables;
 }
 
 // The staging database's own list of the tables that are not source data
@@ -117,7 +87,8 @@ std::string OwnTables(db::Connection& connection, const std::vector<std::string>
 }
 
 void EmptyStagingTables(StagingLoad& load) {
-  const std::vector<std::string> tables = StagingTables(*load.staging);
+  // In catalogue order (the order the tables were created in).
+  const std::vector<std::string> tables = load.staging->table_names();
   const std::string kept = load.TablaNoBorrar + "," + OwnTables(*load.staging, tables) + "," + kOwnTablesTable +
                            "," + kPreparedForTable;
   for (const std::string& table : tables) {
@@ -349,13 +320,15 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
   for (const auto& statement : file.statements()) texts.push_back(ExpandTemplate(statement, file.pairs(), values));
 
   ++load.stats.entries_loaded;
-  auto* sqlite = dynamic_cast<db::SqliteConnection*>(load.staging);
+  // The data files are SQLite virtual tables: only a SQLite staging database
+  // reads them.
+  db::SqliteConnection* sqlite = db::as_sqlite(*load.staging);
   bool transaction = false;
-  if (sqlite) {
+  if (load.staging->is_open()) {
     for (const auto& text : texts) {
       for (const auto& in_path : InPaths(text)) {
         try {
-          sqlite->attach(in_path);
+          load.staging->attach_path(in_path);
         } catch (const std::exception&) {
           // The statements that name it fail with the same reason (a missing
           // or unreadable file is told before the transaction matters) and
@@ -364,7 +337,7 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
       }
     }
     try {
-      sqlite->begin_transaction();
+      load.staging->begin_transaction();
       transaction = true;
     } catch (const db::Error&) {
       // The caller has a transaction open: the entry runs inside it.
@@ -446,9 +419,9 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
       }
       // A few errors (disk full, interrupted) end the whole transaction in
       // SQLite; the entry's next statements then get one of their own.
-      if (transaction && sqlite->handle() && sqlite3_get_autocommit(sqlite->handle())) {
+      if (transaction && load.staging->is_open() && !load.staging->in_transaction()) {
         try {
-          sqlite->begin_transaction();
+          load.staging->begin_transaction();
         } catch (const db::Error&) {
           // Still waiting for its first statement: nothing was lost.
         }
@@ -468,11 +441,11 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
   }
   if (transaction) {
     try {
-      sqlite->commit_transaction();
+      load.staging->commit_transaction();
     } catch (const db::Error& e) {
       load.warnings.push_back(file_name + ": " + e.message());
       try {
-        sqlite->rollback_transaction();
+        load.staging->rollback_transaction();
       } catch (const db::Error&) {
         // Nothing left to undo.
       }

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "base/month.h"
 #include "settings/strings.h"
 
 namespace staging {
@@ -11,10 +12,9 @@ namespace staging {
 namespace {
 
 int DaysInMonth(int year, int month) {
-  if (month < 1 || month > 12) throw std::out_of_range("Mes fuera de rango: " + std::to_string(month));
-  static const int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  return kDays[month - 1] + (month == 2 && leap ? 1 : 0);
+  const int days = base::days_in_month(year, month);
+  if (days == 0) throw std::out_of_range("Mes fuera de rango: " + std::to_string(month));
+  return days;
 }
 
 std::string DateLiteral(int year, int month, int day) {

@@ -13,17 +13,12 @@
 #include <string_view>
 #include <vector>
 
+#include "base/month.h"
 #include "settings/statement_file.h"
 
 namespace staging {
 
-// One bound of the month range: the month (year and month number) and whether
-// its check box is ticked.
-struct MonthBound {
-  int year = 1900;
-  int month = 1;
-  bool checked = false;
-};
+using base::MonthBound;
 
 // The session values the placeholders take.
 struct TemplateValues {

@@ -10,7 +10,7 @@
 #include "db/error.h"
 #include "db/recordset.h"
 #include "db/sql_text.h"
-#include "db/value.h"
+#include "base/value.h"
 #include "transfer/conceptos_sql.h"
 
 namespace transfer {

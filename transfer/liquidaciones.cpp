@@ -12,7 +12,7 @@
 #include "db/error.h"
 #include "db/jet/date.h"
 #include "db/recordset.h"
-#include "db/value.h"
+#include "base/value.h"
 #include "transfer/liquidaciones_sql.h"
 #include "transfer/personas_sql.h"
 

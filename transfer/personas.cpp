@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "db/error.h"
-#include "db/value.h"
+#include "base/value.h"
 #include "transfer/personas_sql.h"
 
 namespace transfer {

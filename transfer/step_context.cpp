@@ -2,7 +2,7 @@
 #include "transfer/step_context.h"
 
 #include "db/error.h"
-#include "db/value.h"
+#include "base/value.h"
 
 namespace transfer {
 

@@ -304,16 +304,6 @@ void civil_from_days(std::int64_t z, DateTime& out) {
   out.day = static_cast<int>(d);
 }
 
-int days_in_month(std::int64_t year, int month) {
-  static constexpr int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  if (month < 1 || month > 12) return 0;
-  if (month == 2) {
-    bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    return leap ? 29 : 28;
-  }
-  return kDays[month - 1];
-}
-
 bool is_valid(const DateTime& d) {
   return d.year >= kMinYear && d.year <= kMaxYear && d.month >= 1 && d.month <= 12 && d.day >= 1 &&
          d.day <= days_in_month(d.year, d.month) && d.hour >= 0 && d.hour <= 23 && d.minute >= 0 &&

@@ -17,6 +17,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/month.h"
+
 namespace db::jet {
 
 // A calendar date and time of day, valid for years 100 to 9999.
@@ -42,8 +44,8 @@ void civil_from_days(std::int64_t days, DateTime& out);
 // Day number of 1899-12-30, the day whose serial is 0.
 inline constexpr std::int64_t kSerialEpochDays = -25569;
 
-// Days in `month` of `year` (Gregorian leap years).
-int days_in_month(std::int64_t year, int month);
+// Days in `month` of `year` (Gregorian leap years; 0 outside 1..12).
+using base::days_in_month;
 
 // True when every field is in range (year 100-9999, a real day of its month,
 // hh 0-23, nn 0-59, ss 0-59).

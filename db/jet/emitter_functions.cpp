@@ -96,4 +96,6 @@ const FunctionInfo* FindFunction(std::string_view name) {
   return nullptr;
 }
 
+std::span<const FunctionInfo> KnownFunctions() { return kFunctions; }
+
 }  // namespace db::jet

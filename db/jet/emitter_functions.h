@@ -7,6 +7,7 @@
 // is reported here, with its position, instead of by SQLite later.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -24,5 +25,10 @@ struct FunctionInfo {
 
 // The entry for `name` (any letter case), or nullptr when Jet has no such function.
 const FunctionInfo* FindFunction(std::string_view name);
+
+// Every known function: the one list that the SQLite registration
+// (db/jet_functions_sqlite.cpp) and docs/jet-dialect.md are checked against
+// (tests/corpus/jet_function_list_test.cpp).
+std::span<const FunctionInfo> KnownFunctions();
 
 }  // namespace db::jet

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "db/value.h"
+#include "base/value.h"
 
 namespace db::jet::args {
 

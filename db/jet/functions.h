@@ -18,7 +18,7 @@
 // - Numbers print as CStr writes them here: integers as digits, whole reals
 //   without ".0", other reals in their shortest round-trip form with "." as
 //   decimal separator (1.5, 0.1, 123.45), in scientific form "1.5E+20" /
-//   "1E-05" below 1e-4 and from 1e15 up (as db::format_double does).
+//   "1E-05" below 1e-4 and from 1e15 up (base/number.h).
 // - Texts read as numbers (CInt, CDbl, Abs, the logical operators...) take
 //   "." as decimal separator, or a single "," when there is no "."; "True",
 //   "False", "Verdadero", "Falso"; and ISO date texts as their serials.
@@ -52,8 +52,10 @@
 #include <string>
 #include <string_view>
 
+#include "base/decimal_digits.h"
+#include "base/number.h"
+#include "base/value.h"
 #include "db/jet/date.h"
-#include "db/value.h"
 
 namespace db::jet {
 
@@ -65,45 +67,28 @@ class FunctionError : public std::runtime_error {
 
 // ---- Numbers ------------------------------------------------------------
 
-// A number that is an integer when it can be.
-struct Number {
-  bool is_int = true;
-  std::int64_t i = 0;
-  double d = 0.0;
-  double as_double() const { return is_int ? static_cast<double>(i) : d; }
-};
-
-// Val of a text: its leading number, blanks (space, tab, line breaks)
-// skipped anywhere; "&H1F" hexadecimal and "&O17" octal; 0 when there is
-// none. Integer when whole and within 64 bits.
-Number val_text(std::string_view text);
+// Val, the CStr text of numbers and the value text are the program's one
+// reading and writing of numbers (base/number.h, base/value.h).
+using base::append_cstr_number;
+using base::append_value_text;
+using base::cstr_number;
+using base::cstr_number_to;
+using base::DecimalDigits;
+using base::kNumberTextMax;
+using base::Number;
+using base::round_to_int64;
+using base::shortest_digits;
+using base::val_radix;
+using base::val_text;
+inline std::string value_text(const Value& v) { return base::as_text(v); }
 
 // Strict reading of a whole text as a number for the conversion functions
 // (see the header comment). Nullopt when it is not one.
 std::optional<double> text_to_number(std::string_view text);
 
-// x rounded half to even to an integer; false when it does not fit 64 bits.
-bool round_to_int64(double x, std::int64_t& out);
-
 // x rounded half to even at `digits` decimals (0-15), decimally: 2.675 with
 // 2 digits is 2.68 as its decimal text says, 0.125 gives 0.12.
 double round_half_even(double x, int digits);
-
-// Longest text cstr_number_to writes.
-inline constexpr std::size_t kNumberTextMax = 32;
-
-// Writes x as CStr does into buf (at least kNumberTextMax bytes); returns
-// the length.
-std::size_t cstr_number_to(double x, char* buf);
-
-// x as CStr writes it ("1.5", "100", "-0.25", "1E+20").
-std::string cstr_number(double x);
-void append_cstr_number(std::string& out, double x);
-
-// Text of a value as "&" joins it and as the console and test runner print
-// it: Null "", integers as digits, reals as cstr_number, texts as they are.
-void append_value_text(std::string& out, const Value& v);
-std::string value_text(const Value& v);
 
 // CStr of a value: like value_text, but an ISO date text shows as
 // "dd/MM/yyyy[ hh:nn:ss]". Null gives nullopt.

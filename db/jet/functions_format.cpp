@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "db/jet/ascii.h"
-#include "db/jet/decimal_digits.h"
+#include "base/decimal_digits.h"
 #include "db/jet/functions.h"
 
 namespace db::jet {

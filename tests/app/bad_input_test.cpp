@@ -19,6 +19,7 @@
 #include <thread>
 
 #include "run_program.h"
+#include "support/sqlite_file.h"
 
 namespace {
 
@@ -27,28 +28,6 @@ using testing_app::RunResult;
 
 const std::string kEmpresaCsv = "IdEmpresa;Nombre;RazonSocial\n1;DEMO S.A.;DEMO S.A.\n";
 const std::string kPersonasCsv = "id_Persona;Nombre_1;Apellido_1\n1;Ana;Pérez\n2;Luis;Gómez\n3;Eva;Ruiz\n";
-
-// A native query's first value as text ("" for none or an error).
-std::string Query(const fs::path& file, const std::string& sql) {
-  sqlite3* db = nullptr;
-  std::string out;
-  if (sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
-    sqlite3_stmt* stmt = nullptr;
-    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt, nullptr) == SQLITE_OK && sqlite3_step(stmt) == SQLITE_ROW &&
-        sqlite3_column_text(stmt, 0))
-      out = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
-    sqlite3_finalize(stmt);
-  }
-  sqlite3_close(db);
-  return out;
-}
-
-void Exec(const fs::path& file, const std::string& sql) {
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
-  sqlite3_close(db);
-}
 
 // The lines of `out` that start a message (not continuation lines).
 bool HasLine(const std::string& out, const std::string& line) {
@@ -59,17 +38,7 @@ class BadInput {
  public:
   BadInput() {
     const fs::path built = fs::path(KEL_EXECUTABLE).parent_path();
-    fs::create_directories(prog);
-    for (const fs::directory_entry& e : fs::directory_iterator(built)) {
-      const std::string name = e.path().filename().string();
-      std::error_code ec;
-      if (!e.is_directory()) {
-        if (name == "kelimport") fs::create_hard_link(e.path(), prog / name, ec);
-        if (name != "kelimport" || ec) fs::copy_file(e.path(), prog / name);
-      } else if (name == "Generica" || name == "csv" || name == "bd" || name == "schema") {
-        fs::copy(e.path(), prog / name, fs::copy_options::recursive);
-      }
-    }
+    testing_app::copy_program(built, prog);
     fs::create_directories(company.parent_path());
     fs::copy_file(built / "demo" / "Empresa" / "Datos.mdb", company);
     root.write("origen/Empresa.csv", kEmpresaCsv);
@@ -88,11 +57,11 @@ class BadInput {
 
   // Row counts that must not move when a case leaves the staging database alone.
   std::string staging_state() const {
-    return Query(staging, "SELECT (SELECT count(*) FROM Personas) || '/' || (SELECT count(*) FROM RelacConc) || '/' || "
+    return test_support::query_text(staging, "SELECT (SELECT count(*) FROM Personas) || '/' || (SELECT count(*) FROM RelacConc) || '/' || "
                           "(SELECT count(*) FROM TiposRemuneracion) || '/' || (SELECT count(*) FROM CobraPor)");
   }
   std::string kel_state() const {
-    return Query(company, "SELECT (SELECT count(*) FROM Personas) || '/' || (SELECT count(*) FROM Empresa) || '/' || "
+    return test_support::query_text(company, "SELECT (SELECT count(*) FROM Personas) || '/' || (SELECT count(*) FROM Empresa) || '/' || "
                           "(SELECT count(*) FROM Conceptos)");
   }
 
@@ -208,7 +177,7 @@ TEST(BadInputBatch, EachBadInputIsToldAndLosesNothing) {
       {"base de otro programa",
        [](BadInput& f) {
          fs::remove(f.company);
-         Exec(f.company, "CREATE TABLE Clientes (id INTEGER); CREATE TABLE Empresa (x INTEGER);");
+         test_support::run_sqlite(f.company, "CREATE TABLE Clientes (id INTEGER); CREATE TABLE Empresa (x INTEGER);");
        },
        {}, {}, 3,
        [](const BadInput& f) {
@@ -281,7 +250,7 @@ TEST(BadInputBatch, EachBadInputIsToldAndLosesNothing) {
     BadInput f;
     RunResult good = f.run({"--yes"});
     ASSERT_EQ(good.status, 0) << good.out;
-    Exec(f.staging, "INSERT INTO RelacConc (CodKEL, CodOS) VALUES (17, 1)");
+    test_support::run_sqlite(f.staging, "INSERT INTO RelacConc (CodKEL, CodOS) VALUES (17, 1)");
     const std::string staging_before = f.staging_state();
     ASSERT_EQ(staging_before, "3/1/3/4");
 
@@ -313,7 +282,7 @@ TEST(BadInputBatch, EachBadInputIsToldAndLosesNothing) {
       EXPECT_EQ(fs::file_size(f.company), kel_size);  // a refused file is not even opened
     }
     if (fs::exists(f.prog / "Generica" / "Pasaje.mdb")) {
-      EXPECT_EQ(Query(f.prog / "Generica" / "Pasaje.mdb", "SELECT count(*) FROM Personas"), "0");
+      EXPECT_EQ(test_support::query_text(f.prog / "Generica" / "Pasaje.mdb", "SELECT count(*) FROM Personas"), "0");
     }
   }
 }
@@ -359,8 +328,8 @@ TEST(BadInputBatch, ExitStatusRule) {
   RunResult clean = f.run({"--yes"});
   EXPECT_EQ(clean.status, 0) << clean.out;
   EXPECT_EQ(clean.out.find("AVISO:"), std::string::npos) << clean.out;
-  EXPECT_EQ(Query(f.staging, "SELECT group_concat(Nombre_1) FROM Personas"), "Ana,Luis,Eva");
-  EXPECT_EQ(Query(f.staging, "SELECT Archivo FROM PasajeEmpresa"), f.company.string());
+  EXPECT_EQ(test_support::query_text(f.staging, "SELECT group_concat(Nombre_1) FROM Personas"), "Ana,Luis,Eva");
+  EXPECT_EQ(test_support::query_text(f.staging, "SELECT Archivo FROM PasajeEmpresa"), f.company.string());
 }
 
 // Permissions do not stop root, whom the tests run as: the read-only cases
@@ -456,7 +425,7 @@ TEST(BadInputBatch, ReadOnlyFilesAndFoldersAreToldAndLeftAlone) {
       }
       EXPECT_EQ(r.out.find("CARGA:"), std::string::npos) << r.out;  // nothing was loaded
     } else {
-      EXPECT_EQ(Query(f.staging, "SELECT group_concat(Nombre_1) FROM Personas"), "Ana,Luis,Eva");
+      EXPECT_EQ(test_support::query_text(f.staging, "SELECT group_concat(Nombre_1) FROM Personas"), "Ana,Luis,Eva");
     }
     EXPECT_EQ(TempDir::read(f.source / "Personas.csv"), source_before);
   }

@@ -12,6 +12,7 @@
 #include <sstream>
 
 #include "run_program.h"
+#include "support/sqlite_file.h"
 
 namespace {
 
@@ -82,17 +83,7 @@ class BatchRun : public ::testing::Test {
   void SetUp() override {
     const fs::path built = fs::path(KEL_EXECUTABLE).parent_path();
     ASSERT_TRUE(fs::exists(built / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
-    fs::create_directories(prog_);
-    for (const fs::directory_entry& e : fs::directory_iterator(built)) {
-      const std::string name = e.path().filename().string();
-      std::error_code ec;
-      if (!e.is_directory()) {
-        if (name == "kelimport") fs::create_hard_link(e.path(), prog_ / name, ec);
-        if (name != "kelimport" || ec) fs::copy_file(e.path(), prog_ / name);
-      } else if (name == "Generica" || (name != "demo" && !fs::exists(e.path() / "Pasaje.mdb"))) {
-        fs::copy(e.path(), prog_ / name, fs::copy_options::recursive);
-      }
-    }
+    testing_app::copy_program(built, prog_);
     fs::copy(built / "demo", root_ / "demo", fs::copy_options::recursive);
   }
 
@@ -202,14 +193,9 @@ TEST_F(BatchRun, NothingTickedOrAFailingStepIsNotASuccess) {
   EXPECT_FALSE(none.has("TRANSFERIDO:"));
 
   // The KEL company refuses to lose its company row: the first step stops.
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open((root_ / "demo" / "Empresa" / "Datos.mdb").c_str(), &db), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(db,
-                         "CREATE TRIGGER no_borrar BEFORE DELETE ON Empresa "
-                         "BEGIN SELECT RAISE(ABORT, 'empresa bloqueada'); END;",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
-  sqlite3_close(db);
+  test_support::run_sqlite(root_ / "demo" / "Empresa" / "Datos.mdb",
+                           "CREATE TRIGGER no_borrar BEFORE DELETE ON Empresa "
+                           "BEGIN SELECT RAISE(ABORT, 'empresa bloqueada'); END;");
   BatchResult failed = run({"--yes", "--groups", "1,2", demo_line()});
   EXPECT_EQ(failed.status, 2) << failed.out;
   EXPECT_TRUE(failed.has("AVISO: La importación se detuvo por un error en 1. Datos de la Empresa")) << failed.out;
@@ -220,14 +206,9 @@ TEST_F(BatchRun, NothingTickedOrAFailingStepIsNotASuccess) {
 TEST_F(BatchRun, ErrorInTheLoadWritesTheReportAndExitsWithTwo) {
   BatchResult first = run({"--no", demo_line()});
   ASSERT_EQ(first.status, 1) << first.out;
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open((prog_ / "Empresa" / "Pasaje.mdb").c_str(), &db), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(db,
-                         "CREATE TRIGGER no_borrar BEFORE DELETE ON Personas "
-                         "BEGIN SELECT RAISE(ABORT, 'tabla bloqueada'); END;",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
-  sqlite3_close(db);
+  test_support::run_sqlite(prog_ / "Empresa" / "Pasaje.mdb",
+                           "CREATE TRIGGER no_borrar BEFORE DELETE ON Personas "
+                           "BEGIN SELECT RAISE(ABORT, 'tabla bloqueada'); END;");
 
   BatchResult failed = run({"--yes", demo_line()});
   EXPECT_EQ(failed.status, 2) << failed.out;
@@ -248,14 +229,9 @@ TEST_F(BatchRun, ErrorInTheLoadWritesTheReportAndExitsWithTwo) {
 // named and `kelimport --restore` puts it back after asking.
 TEST_F(BatchRun, SafetyCopyIsRestoredOnErrorOrByHand) {
   const fs::path kel = root_ / "demo" / "Empresa" / "Datos.mdb";
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(kel.c_str(), &db), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(db,
-                         "CREATE TRIGGER no_insertar BEFORE INSERT ON Encabezados "
-                         "BEGIN SELECT RAISE(ABORT, 'encabezados bloqueados'); END;",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
-  sqlite3_close(db);
+  test_support::run_sqlite(kel,
+                           "CREATE TRIGGER no_insertar BEFORE INSERT ON Encabezados "
+                           "BEGIN SELECT RAISE(ABORT, 'encabezados bloqueados'); END;");
   const std::string before = dump(kel);
 
   BatchResult restored = run({"--yes", "--restore-on-error", demo_line()});

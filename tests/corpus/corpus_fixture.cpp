@@ -4,7 +4,7 @@
 #include <sqlite3.h>
 
 #include "db/error.h"
-#include "db/value.h"
+#include "base/value.h"
 #include "schema/database_scripts.h"
 #include "transfer/personas.h"
 

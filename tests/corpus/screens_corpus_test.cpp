@@ -6,7 +6,7 @@
 #include <string>
 
 #include "corpus_fixture.h"
-#include "db/value.h"
+#include "base/value.h"
 #include "mapping/grid_sql.h"
 #include "preview/preview_sql.h"
 #include "session/valido_sql.h"

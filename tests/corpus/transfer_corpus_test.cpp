@@ -8,7 +8,7 @@
 #include <string>
 
 #include "corpus_fixture.h"
-#include "db/value.h"
+#include "base/value.h"
 #include "transfer/catalogos_sql.h"
 #include "transfer/conceptos_sql.h"
 #include "transfer/empresa_sql.h"

@@ -22,7 +22,7 @@
 
 #include "db/error.h"
 #include "db/sqlite_connection.h"
-#include "db/value_format.h"
+#include "base/value.h"
 #include "db_fixture.h"
 
 namespace fs = std::filesystem;

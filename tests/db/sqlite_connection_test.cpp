@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "db/open_database.h"
-#include "db/value.h"
+#include "base/value.h"
 #include "db_fixture.h"
 
 namespace {

@@ -3,8 +3,7 @@
 
 #include "db/error.h"
 #include "db/recordset.h"
-#include "db/value.h"
-#include "db/value_format.h"
+#include "base/value.h"
 
 namespace {
 

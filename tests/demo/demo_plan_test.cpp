@@ -14,7 +14,7 @@ namespace {
 
 using demo_test::CountingSink;
 using demo_test::staged_clean;
-using demo_test::val;
+using demo_test::Val;
 
 // Lines and headers of a demo of n employees over y years, without a database.
 std::pair<std::int64_t, std::int64_t> liquidation_size(int n, int y) {
@@ -111,7 +111,7 @@ TEST(DemoKel, SharedPeopleMatchByNumberUnderOtherIds) {
     // Every source person matches at most the KEL person planned for it.
     for (const demo::PersonPlan& q : staff.persons) {
       if (q.in_kel && &q != &p) {
-        EXPECT_NE(val(staged_clean(p.numero)), val(q.kel_numero)) << p.numero;
+        EXPECT_NE(Val(staged_clean(p.numero)), Val(q.kel_numero)) << p.numero;
       }
     }
     if (!p.in_kel) continue;
@@ -121,7 +121,7 @@ TEST(DemoKel, SharedPeopleMatchByNumberUnderOtherIds) {
     EXPECT_NE(p.kel_numero, p.numero) << "written differently";
     EXPECT_EQ(demo::cedula_digits(p.kel_numero), demo::cedula_digits(p.numero));
     // The transfer compares Val of the cleaned staged number with Val of KEL's.
-    EXPECT_EQ(val(staged_clean(p.numero)), val(p.kel_numero)) << p.numero << " vs " << p.kel_numero;
+    EXPECT_EQ(Val(staged_clean(p.numero)), Val(p.kel_numero)) << p.numero << " vs " << p.kel_numero;
   }
   EXPECT_EQ(shared, 4);
   EXPECT_EQ(sink.count("Personas"), shared + demo::kel_only_person_count());

@@ -3,7 +3,6 @@
 
 #include <sqlite3.h>
 
-#include <cctype>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -15,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/number.h"
 #include "demo/row_sink.h"
 #include "support/temp_dir.h"
 
@@ -106,18 +106,8 @@ inline std::string staged_clean(std::string n) {
   return n;
 }
 
-// Val: the leading number of a text, blanks skipped; stops at anything else.
-inline double val(const std::string& s) {
-  double v = 0, scale = 0;
-  for (char c : s) {
-    if (c == ' ') continue;
-    if (c == '.' && scale == 0) { scale = 1; continue; }
-    if (!std::isdigit(static_cast<unsigned char>(c))) break;
-    if (scale == 0) v = v * 10 + (c - '0');
-    else v += (c - '0') * (scale /= 10);
-  }
-  return v;
-}
+// Val as the transfer's statements read a number (the program's one Val).
+using base::Val;
 
 inline std::string schema_dir() { return std::string(KEL_SOURCE_DIR) + "/schema"; }
 

@@ -10,11 +10,15 @@
 
 #include "db/open_database.h"
 #include "session/main_controller.h"
-#include "session/scripted_ui.h"
+#include "support/scripted_ui.h"
+#include "support/sqlite_file.h"
 #include "support/temp_dir.h"
 #include "transfer/importer.h"
 
 namespace kel_test {
+
+using test_support::query_text;
+using test_support::run_sqlite;
 
 namespace fs = std::filesystem;
 using TempFolder = TempDir;
@@ -22,37 +26,6 @@ using TempFolder = TempDir;
 inline void write_file(const fs::path& p, const std::string& bytes) {
   fs::create_directories(p.parent_path());
   std::ofstream(p, std::ios::binary) << bytes;
-}
-
-// Runs native SQLite statements, in one transaction, on a database file
-// (created when missing).
-inline void run_sqlite(const fs::path& file, const std::string& sql) {
-  fs::create_directories(file.parent_path());
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(file.string().c_str(), &db), SQLITE_OK);
-  char* err = nullptr;
-  int rc = sqlite3_exec(db, ("BEGIN;" + sql + "\nCOMMIT;").c_str(), nullptr, nullptr, &err);
-  std::string message = err ? err : "";
-  sqlite3_free(err);
-  sqlite3_close(db);
-  ASSERT_EQ(rc, SQLITE_OK) << message;
-}
-
-// The first column of the first row of a native query, as text ("" for none).
-inline std::string query_text(const fs::path& file, const std::string& sql) {
-  sqlite3* db = nullptr;
-  std::string out;
-  if (sqlite3_open_v2(file.string().c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
-    sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) == SQLITE_OK &&
-        sqlite3_step(st) == SQLITE_ROW) {
-      const unsigned char* t = sqlite3_column_text(st, 0);
-      out = t ? reinterpret_cast<const char*>(t) : "";
-    }
-    sqlite3_finalize(st);
-  }
-  sqlite3_close(db);
-  return out;
 }
 
 // A KEL company database (the schema of kel.sql) with one Empresa row.
@@ -91,7 +64,7 @@ inline void make_program_folder(const fs::path& prog) {
 
 // A ScriptedUserInterface that also keeps the titles and prompts of the
 // dialogs it was asked to show.
-class RecordingUi : public session::ScriptedUserInterface {
+class RecordingUi : public ScriptedUserInterface {
  public:
   std::vector<std::string> dialogs;
   std::string open_file(const std::string& title, const std::string& filter) override {
@@ -146,6 +119,23 @@ inline void copy_program_folder(const fs::path& from, const fs::path& to) {
     }
   }
 }
+
+// The built program folder and the demo (its company and source forms) copied
+// into a fresh folder; the company's staging database is prog/Empresa/Pasaje.mdb.
+struct DemoFolders {
+  TempFolder tmp;
+  fs::path prog = tmp.path() / "prog";
+  fs::path demo = tmp.path() / "demo";
+  fs::path company = demo / "Empresa" / "Datos.mdb";
+  fs::path staging = prog / "Empresa" / "Pasaje.mdb";
+
+  DemoFolders() {
+    const fs::path built = KEL_PROGRAM_DIR;
+    EXPECT_TRUE(fs::exists(built / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
+    copy_program_folder(built, prog);
+    fs::copy(built / "demo", demo, fs::copy_options::recursive);
+  }
+};
 
 inline bool has_line(const std::vector<std::string>& log, const std::string& line) {
   return std::find(log.begin(), log.end(), line) != log.end();

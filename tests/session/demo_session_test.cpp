@@ -17,39 +17,16 @@ using Counts = std::map<std::string, std::string>;
 
 const fs::path kBuiltProgram = KEL_PROGRAM_DIR;
 
-std::vector<std::string> tables_of(const fs::path& db) {
-  std::vector<std::string> names;
-  sqlite3* h = nullptr;
-  sqlite3_open_v2(db.string().c_str(), &h, SQLITE_OPEN_READONLY, nullptr);
-  sqlite3_stmt* st = nullptr;
-  sqlite3_prepare_v2(h, "SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite%'", -1, &st,
-                     nullptr);
-  while (st && sqlite3_step(st) == SQLITE_ROW) names.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
-  sqlite3_finalize(st);
-  sqlite3_close(h);
-  return names;
-}
-
 Counts row_counts(const fs::path& db) {
   Counts counts;
-  for (const std::string& t : tables_of(db)) counts[t] = kel_test::query_text(db, "SELECT count(*) FROM \"" + t + "\"");
+  for (const std::string& t :
+       test_support::native_rows(db, "SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite%'"))
+    counts[t] = kel_test::query_text(db, "SELECT count(*) FROM \"" + t + "\"");
   return counts;
 }
 
-struct DemoCopy {
-  kel_test::TempFolder tmp;
-  fs::path prog = tmp.path() / "prog";
-  fs::path demo = tmp.path() / "demo";
-  fs::path company = demo / "Empresa" / "Datos.mdb";
-  fs::path staging = prog / "Empresa" / "Pasaje.mdb";
+struct DemoCopy : kel_test::DemoFolders {
   transfer::Importer importer;
-
-  DemoCopy() {
-    EXPECT_TRUE(fs::exists(kBuiltProgram / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
-    EXPECT_TRUE(fs::exists(kBuiltProgram / "ConfIMP.ini")) << "the build installs the formats";
-    kel_test::copy_program_folder(kBuiltProgram, prog);
-    fs::copy(kBuiltProgram / "demo", demo, fs::copy_options::recursive);
-  }
 
   // Stages `source` with the format `index` and returns the staged counts.
   Counts stage(const fs::path& source, int index, kel_test::RecordingUi& ui) {

@@ -1,18 +1,9 @@
-// Tests of the text helpers: number reading, case folding, replacing, wildcards.
+// Tests of the text helpers: case folding, replacing, wildcards.
 #include <gtest/gtest.h>
 
 #include "settings/strings.h"
 
 using namespace settings;
-
-TEST(Strings, ValReadsTheLeadingNumberLikeBasic) {
-  const std::vector<std::pair<std::string, double>> vals = {
-      {"20", 20}, {"  -1 KEL", -1}, {"1-Monto Imponible Mensual", 1}, {"H-Haberes", 0},
-      {"1 2", 12}, {"2.5e1x", 25},  {"", 0},                          {".", 0}};
-  for (const auto& [text, value] : vals) EXPECT_EQ(Val(text), value) << text;
-  // ValInt32's rounding and overflow are checked where relations are loaded.
-  EXPECT_EQ(NumberText(-5) + NumberText(1.5), "-51.5");
-}
 
 TEST(Strings, CaseInsensitiveHelpers) {
   EXPECT_TRUE(IEquals("Compañía", "COMPAÑÍA"));

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "db/sqlite_connection.h"
-#include "db/value.h"
+#include "base/value.h"
 
 // Creates (replacing) a SQLite file and runs `sql` in it.
 inline void MakeDatabase(const std::filesystem::path& path, const std::string& sql) {

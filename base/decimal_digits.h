@@ -1,9 +1,9 @@
-// db/jet/decimal_digits.h — the shortest decimal digits of a double, shared
+// base/decimal_digits.h — the shortest decimal digits of a double, shared
 // by CStr, Round and Format so that all three round the number the user sees
 // (2.675 is "2.675", not 2.67499999...).
 #pragma once
 
-namespace db::jet {
+namespace base {
 
 // Digits of |x| for a finite non-zero x: x = d1.d2d3... * 10^exp10, with no
 // trailing zeros (at most 17 digits).
@@ -15,4 +15,4 @@ struct DecimalDigits {
 
 DecimalDigits shortest_digits(double x);
 
-}  // namespace db::jet
+}  // namespace base

@@ -161,6 +161,16 @@ std::vector<std::pair<std::string, std::string>> SqliteConnection::table_column_
   }
   sqlite3_reset(stmt);
   sqlite3_clear_bindings(stmt);
+  // The declared collation is part of how the column compares: "TEXT" of a
+  // column declared "TEXT COLLATE NOCASE" becomes the whole declaration.
+  for (auto& [name, type] : columns) {
+    const char* collation = nullptr;
+    if (sqlite3_table_column_metadata(db_, main ? nullptr : schema.c_str(), table.c_str(), name.c_str(), nullptr,
+                                      &collation, nullptr, nullptr, nullptr) == SQLITE_OK &&
+        collation != nullptr && sqlite3_stricmp(collation, "BINARY") != 0) {
+      type += std::string(" COLLATE ") + collation;
+    }
+  }
   return columns;
 }
 

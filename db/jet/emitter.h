@@ -76,7 +76,9 @@ class Emitter {
   std::string EmitSelect(const Select& select);
   std::string EmitSelectCore(const Select& select, bool with_limit);
   std::string EmitUnionMember(const Select& member);
-  std::string EmitOrderBy(const std::vector<OrderItem>& order_by);
+  // `first_member`: the first select of a Union, whose outputs the names name.
+  std::string EmitOrderBy(const std::vector<OrderItem>& order_by,
+                          const Select* first_member = nullptr);
   std::string EmitFromItem(const FromItem& item, bool right_operand);
   std::string EmitTableRef(const TableRef& table);
   std::string SchemaOf(const TableRef& table);
@@ -104,9 +106,20 @@ class Emitter {
   std::string Collated(const Expr& e, std::string text);
   std::string ImplicitText(const Expr& e, std::string text);
   Kind ColumnKind(const Expr& column);
-  Kind ScopeColumnKind(const Expr& column, bool& found);
-  Kind EntryColumnKind(const ScopeEntry& entry, std::string_view column, bool& found);
-  Kind OutputKind(const Select& select, std::string_view name, bool& found);
+  Kind ScopeColumnKind(const Expr& column, bool& found, std::string* declared = nullptr);
+  Kind EntryColumnKind(const ScopeEntry& entry, std::string_view column, bool& found,
+                       std::string* declared = nullptr);
+  // The declared collation ("NOCASE", "BINARY") of `e` when it is a text
+  // column of a table, else empty.
+  std::string ColumnCollation(const Expr& e);
+  // Whether comparing two text operands natively gives Jet's answer and keeps
+  // the tables' indexes usable: two columns declared with the same collation
+  // (the schema's own comparison: its text columns are all NOCASE, its dates
+  // plain TEXT), or, for = and <>, a NOCASE column and a text of ASCII
+  // characters only (under which NOCASE and jet_es agree exactly).
+  bool NativeComparisonSuffices(const Expr& a, const Expr& b, bool equality);
+  Kind OutputKind(const Select& select, std::string_view name, bool& found,
+                  std::string* declared = nullptr);
   Kind FirstItemKind(const Select& select);
 
   std::string_view source_;

@@ -192,8 +192,22 @@ std::string Emitter::Comparison(const Expr& e) {
   std::string right = Value(b);
   if (IsKnownDate(a) && IsNumberLiteral(b)) left = "jet_cdbl(" + StripOuterParens(left) + ")";
   if (IsKnownDate(b) && IsNumberLiteral(a)) right = "jet_cdbl(" + StripOuterParens(right) + ")";
-  Kind left_kind = KindOf(a);
-  Kind right_kind = KindOf(b);
+  // A column's kind asks the database for its table's declaration; when the
+  // other side already rules out a text comparison (a number or a date), the
+  // column's kind changes nothing and is not asked for.
+  auto excludes_text = [](Kind kind) { return kind == Kind::kNumber || kind == Kind::kDate; };
+  Kind left_kind;
+  Kind right_kind;
+  if (a.kind == ExprKind::kColumn && b.kind != ExprKind::kColumn) {
+    right_kind = KindOf(b);
+    left_kind = excludes_text(right_kind) ? right_kind : KindOf(a);
+  } else if (b.kind == ExprKind::kColumn && a.kind != ExprKind::kColumn) {
+    left_kind = KindOf(a);
+    right_kind = excludes_text(left_kind) ? left_kind : KindOf(b);
+  } else {
+    left_kind = KindOf(a);
+    right_kind = KindOf(b);
+  }
   // A date compared with a text expression (not a column: stored dates are
   // texts too) is compared as the text CStr shows.
   if (IsKnownDate(a) && right_kind == Kind::kText && b.kind != ExprKind::kColumn) {
@@ -204,7 +218,10 @@ std::string Emitter::Comparison(const Expr& e) {
     right = ImplicitText(b, std::move(right));
     right_kind = Kind::kText;
   }
-  if (IsTextual(left_kind, right_kind)) right += std::string(" COLLATE ") + kCollationName;
+  if (IsTextual(left_kind, right_kind) &&
+      !NativeComparisonSuffices(a, b, e.op == Op::kEq || e.op == Op::kNe)) {
+    right += std::string(" COLLATE ") + kCollationName;
+  }
   return "(" + left + " " + ComparisonText(e.op) + " " + right + ")";
 }
 
@@ -222,7 +239,8 @@ std::string Emitter::Bool(const Expr& e) {
       for (std::size_t i = 1; i < e.args.size(); ++i) {
         if (i > 1) list += ", ";
         list += Value(*e.args[i]);
-        textual = textual || IsTextual(left_kind, KindOf(*e.args[i]));
+        textual = textual || (IsTextual(left_kind, KindOf(*e.args[i])) &&
+                              !NativeComparisonSuffices(*e.args[0], *e.args[i], true));
       }
       if (textual) left += std::string(" COLLATE ") + kCollationName;
       return "(" + left + (e.negated ? " NOT IN (" : " IN (") + list + "))";

@@ -109,29 +109,32 @@ Emitter::Kind Emitter::FirstItemKind(const Select& select) {
 // A derived table cannot name the tables around it, so its scope has no
 // parent (which also keeps a name it lacks from being looked up in the
 // derived table itself again).
-Emitter::Kind Emitter::OutputKind(const Select& select, std::string_view name, bool& found) {
+Emitter::Kind Emitter::OutputKind(const Select& select, std::string_view name, bool& found,
+                                  std::string* declared) {
   Scope scope;
   for (const FromItemPtr& from : select.from) AddScopeEntries(*from, scope);
   ScopeGuard guard(*this, scope);
   scope.parent = nullptr;
   for (const SelectItem& item : select.items) {
     const Expr& e = *item.expr;
-    if (item.alias) {
-      if (!SameName(item.alias->text, name)) continue;
+    bool named = item.alias ? SameName(item.alias->text, name)
+                            : e.kind == ExprKind::kColumn && SameName(e.name.text, name);
+    if (named) {
       found = true;
+      // A column passed through keeps its table's declaration.
+      if (e.kind == ExprKind::kColumn) {
+        bool inner_found = false;
+        return ScopeColumnKind(e, inner_found, declared);
+      }
       return KindOf(e);
     }
-    if (e.kind == ExprKind::kColumn && SameName(e.name.text, name)) {
-      found = true;
-      return KindOf(e);
-    }
-    if (e.kind == ExprKind::kStar) {
+    if (!item.alias && e.kind == ExprKind::kStar) {
       Expr column;
       column.kind = ExprKind::kColumn;
       column.qualifier = e.qualifier;
       column.name.text = std::string(name);
       bool inner_found = false;
-      Kind kind = ScopeColumnKind(column, inner_found);
+      Kind kind = ScopeColumnKind(column, inner_found, declared);
       if (inner_found) {
         found = true;
         return kind;
@@ -141,8 +144,9 @@ Emitter::Kind Emitter::OutputKind(const Select& select, std::string_view name, b
   return Kind::kUnknown;
 }
 
-Emitter::Kind Emitter::EntryColumnKind(const ScopeEntry& entry, std::string_view column, bool& found) {
-  if (entry.derived != nullptr) return OutputKind(*entry.derived, column, found);
+Emitter::Kind Emitter::EntryColumnKind(const ScopeEntry& entry, std::string_view column, bool& found,
+                                       std::string* declared) {
+  if (entry.derived != nullptr) return OutputKind(*entry.derived, column, found, declared);
   if (entry.table == nullptr) return Kind::kUnknown;
   const TableRef& table = *entry.table;
   std::string schema = "main";
@@ -161,17 +165,18 @@ Emitter::Kind Emitter::EntryColumnKind(const ScopeEntry& entry, std::string_view
   for (const auto& [name, type] : cached->second) {
     if (SameName(name, column)) {
       found = true;
+      if (declared != nullptr) *declared = type;
       return KindOfDeclaredType(type);
     }
   }
   return Kind::kUnknown;
 }
 
-Emitter::Kind Emitter::ScopeColumnKind(const Expr& column, bool& found) {
+Emitter::Kind Emitter::ScopeColumnKind(const Expr& column, bool& found, std::string* declared) {
   for (const Scope* s = scope_; s != nullptr; s = s->parent) {
     for (const ScopeEntry& entry : s->entries) {
       if (column.qualifier && !SameName(entry.name, column.qualifier->text)) continue;
-      Kind kind = EntryColumnKind(entry, column.name.text, found);
+      Kind kind = EntryColumnKind(entry, column.name.text, found, declared);
       if (found || column.qualifier) return kind;
     }
   }
@@ -181,6 +186,34 @@ Emitter::Kind Emitter::ScopeColumnKind(const Expr& column, bool& found) {
 Emitter::Kind Emitter::ColumnKind(const Expr& column) {
   bool found = false;
   return ScopeColumnKind(column, found);
+}
+
+std::string Emitter::ColumnCollation(const Expr& e) {
+  if (e.kind != ExprKind::kColumn) return {};
+  bool found = false;
+  std::string declared;
+  // A derived table's column has no declaration: it is not a table column.
+  if (ScopeColumnKind(e, found, &declared) != Kind::kText || !found || declared.empty()) return {};
+  for (char& c : declared) c = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 32) : c;
+  std::size_t at = declared.find("COLLATE ");
+  if (at == std::string::npos) return "BINARY";
+  std::size_t start = at + 8, end = start;
+  while (end < declared.size() && declared[end] != ' ') ++end;
+  return declared.substr(start, end - start);
+}
+
+bool Emitter::NativeComparisonSuffices(const Expr& a, const Expr& b, bool equality) {
+  std::string left = ColumnCollation(a);
+  std::string right = ColumnCollation(b);
+  if (!left.empty() && left == right) return true;
+  auto ascii_text = [](const Expr& e) {
+    if (e.kind != ExprKind::kString) return false;
+    for (char c : e.text) {
+      if (static_cast<unsigned char>(c) >= 0x80) return false;
+    }
+    return true;
+  };
+  return equality && ((left == "NOCASE" && ascii_text(b)) || (right == "NOCASE" && ascii_text(a)));
 }
 
 std::string Emitter::ImplicitText(const Expr& e, std::string text) {

@@ -1,6 +1,7 @@
 // db/jet/emitter_select.cpp — Select, FROM items, names and the statement dispatch.
 #include <utility>
 
+#include "db/jet/collation.h"
 #include "db/jet/emitter.h"
 #include "db/jet/emitter_text.h"
 
@@ -55,7 +56,7 @@ std::string Emitter::EmitSelect(const Select& select) {
     text += part.all ? " UNION ALL " : " UNION ";
     text += EmitUnionMember(*part.select);
   }
-  return text + EmitOrderBy(select.order_by);
+  return text + EmitOrderBy(select.order_by, &select);
 }
 
 // SQLite allows LIMIT only at the end of a compound, so a member with Top
@@ -66,12 +67,19 @@ std::string Emitter::EmitUnionMember(const Select& member) {
   return "SELECT * FROM (" + core + " LIMIT " + *member.top + ")";
 }
 
-std::string Emitter::EmitOrderBy(const std::vector<OrderItem>& order_by) {
+std::string Emitter::EmitOrderBy(const std::vector<OrderItem>& order_by, const Select* first_member) {
   std::string text;
   for (std::size_t i = 0; i < order_by.size(); ++i) {
     text += i == 0 ? " ORDER BY " : ", ";
     // Texts sort in Jet's order: case ignored, ñ after n, accents with their letter.
-    text += Collated(*order_by[i].expr, StripOuterParens(Value(*order_by[i].expr)));
+    const Expr& e = *order_by[i].expr;
+    std::string value = StripOuterParens(Value(e));
+    bool found = false;
+    Kind kind = first_member != nullptr && e.kind == ExprKind::kColumn && !e.qualifier
+                    ? OutputKind(*first_member, e.name.text, found)
+                    : KindOf(e);
+    if (kind == Kind::kText || kind == Kind::kUnknown) value += std::string(" COLLATE ") + kCollationName;
+    text += value;
     if (order_by[i].descending) text += " DESC";
   }
   return text;

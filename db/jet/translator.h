@@ -37,8 +37,9 @@ class TranslationContext {
   virtual std::vector<std::string> table_columns(const std::string& schema,
                                                  const std::string& table) = 0;
 
-  // Columns of `table` in `schema` with their declared types ("INTEGER",
-  // "TEXT COLLATE NOCASE" reads as "TEXT", "" when declared without one), in
+  // Columns of `table` in `schema` with their declared types and collations
+  // ("INTEGER", "TEXT COLLATE NOCASE", "TEXT" for binary text, "" when
+  // declared without a type), in
   // declaration order; for "main" the table may also be a TEMP one. Empty
   // when there is no such table or the context cannot tell: its columns then
   // count as possibly text (compared in Jet's collation, never wrongly).

@@ -112,6 +112,8 @@ class Emitter {
   // The declared collation ("NOCASE", "BINARY") of `e` when it is a text
   // column of a table, else empty.
   std::string ColumnCollation(const Expr& e);
+  // The declaration (upper case) of `e` when it is a text column of a table.
+  std::string DeclaredType(const Expr& e);
   // Whether comparing two text operands natively gives Jet's answer and keeps
   // the tables' indexes usable: two columns declared with the same collation
   // (the schema's own comparison: its text columns are all NOCASE, its dates

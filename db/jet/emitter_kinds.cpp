@@ -45,8 +45,12 @@ bool Emitter::IsTextual(Kind a, Kind b) {
 
 std::string Emitter::Collated(const Expr& e, std::string text) {
   Kind kind = KindOf(e);
-  if (kind == Kind::kText || kind == Kind::kUnknown) text += std::string(" COLLATE ") + kCollationName;
-  return text;
+  if (kind != Kind::kText && kind != Kind::kUnknown) return text;
+  // A column declared plain TEXT is one of the schemas' dates (ISO texts,
+  // whose binary order is their date order): sorted natively, the index on it
+  // serves the sort.
+  if (ColumnCollation(e) == "BINARY") return text;
+  return text + " COLLATE " + kCollationName;
 }
 
 Emitter::Kind Emitter::KindOf(const Expr& e) {
@@ -188,13 +192,19 @@ Emitter::Kind Emitter::ColumnKind(const Expr& column) {
   return ScopeColumnKind(column, found);
 }
 
-std::string Emitter::ColumnCollation(const Expr& e) {
+std::string Emitter::DeclaredType(const Expr& e) {
   if (e.kind != ExprKind::kColumn) return {};
   bool found = false;
   std::string declared;
-  // A derived table's column has no declaration: it is not a table column.
-  if (ScopeColumnKind(e, found, &declared) != Kind::kText || !found || declared.empty()) return {};
+  // A derived table's computed column has no declaration.
+  if (ScopeColumnKind(e, found, &declared) != Kind::kText || !found) return {};
   for (char& c : declared) c = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 32) : c;
+  return declared;
+}
+
+std::string Emitter::ColumnCollation(const Expr& e) {
+  std::string declared = DeclaredType(e);
+  if (declared.empty()) return {};
   std::size_t at = declared.find("COLLATE ");
   if (at == std::string::npos) return "BINARY";
   std::size_t start = at + 8, end = start;

@@ -5,6 +5,7 @@
 #include <sqlite3.h>
 
 #include "controller_fixture.h"
+#include "db/jet/collation.h"
 #include "settings/strings.h"
 
 namespace {
@@ -16,11 +17,19 @@ using mapping::PanelFocus;
 const fs::path kBuiltProgram = KEL_PROGRAM_DIR;
 const std::string kAskLinks = "PREGUNTA: Confirma borrar los vinculos ingresados automaticamente";
 
-// Every row of a native query, its columns joined by "|" (Null as "").
+// Jet's text order, for the expected orders of the grids' text sorts.
+int CompareJetText(void*, int a_size, const void* a, int b_size, const void* b) {
+  return db::jet::compare_text(std::string_view(static_cast<const char*>(a), static_cast<std::size_t>(a_size)),
+                               std::string_view(static_cast<const char*>(b), static_cast<std::size_t>(b_size)));
+}
+
+// Every row of a native query, its columns joined by "|" (Null as ""). The
+// query may name the collation jet_es.
 Log native_rows(const fs::path& db, const std::string& sql, const fs::path& attach = {}) {
   Log rows;
   sqlite3* h = nullptr;
   sqlite3_open_v2(db.string().c_str(), &h, SQLITE_OPEN_READONLY, nullptr);
+  sqlite3_create_collation_v2(h, db::jet::kCollationName, SQLITE_UTF8, nullptr, CompareJetText, nullptr);
   if (!attach.empty()) sqlite3_exec(h, ("ATTACH '" + attach.string() + "' AS kel").c_str(), nullptr, nullptr, nullptr);
   sqlite3_stmt* st = nullptr;
   EXPECT_EQ(sqlite3_prepare_v2(h, sql.c_str(), -1, &st, nullptr), SQLITE_OK) << sqlite3_errmsg(h);
@@ -287,7 +296,7 @@ TEST(GridsOnTheDemo, PreviewAndLookups) {
   EXPECT_EQ(m.ObjCodKel.Datos()[1], (lookup::Row{"10", "10", "Presentismo"}));
   EXPECT_EQ(m.objCodKELTL.Datos()[2], (lookup::Row{"3", "3", "Aguinaldo"}));
   EXPECT_EQ(m.objCodOSTL.lista().size(), 8u);
-  EXPECT_EQ(m.objCodOS.lista(), native_rows(d.staging, "SELECT Nombre FROM Conceptos ORDER BY Nombre"));
+  EXPECT_EQ(m.objCodOS.lista(), native_rows(d.staging, "SELECT Nombre FROM Conceptos ORDER BY Nombre COLLATE jet_es"));
 
   // The browser: a first page, the rest on demand, in person order.
   const auto& b = p.browser;
@@ -342,7 +351,10 @@ TEST(GridsOnTheDemo, BrowserSort) {
   for (const auto& [column, sort] : clicks) {
     d.c->ActuGridLiquida(column);
     EXPECT_EQ(b.sort_text(), sort);
-    const std::string order = sort.rfind("cdate", 0) == 0 ? "MesDeLiq" : sort;
+    // Names sort in Jet's order (accented capitals with their letter).
+    const std::string order = sort.rfind("cdate", 0) == 0 ? "MesDeLiq"
+                              : sort == "Nombres Desc"    ? "Nombres COLLATE jet_es Desc"
+                                                          : sort + " COLLATE jet_es";
     const Log expected = native_rows(d.staging, "SELECT id_Encabezado FROM CHistLiq ORDER BY " + order +
                                                     ", MesDeLiq, id_TipoLiq, id_Contrato LIMIT 5");
     Log shown;
@@ -372,7 +384,8 @@ TEST(GridsOnTheDemo, BrowserSortsEveryPageLikeTheTables) {
       " LEFT JOIN Personas AS P ON P.id_Persona = C.Id_Persona ORDER BY ";
   const std::string rest = ", E.MesDeLiq, E.Id_TipoLiq, E.id_Contrato";
   const std::vector<std::pair<int, std::string>> clicks = {
-      {4, names}, {4, names + " DESC"}, {5, "date(E.MesDeLiq, 'start of month')"}, {1, "C.Id_Persona"}};
+      {4, names + " COLLATE jet_es"}, {4, names + " COLLATE jet_es DESC"}, {5, "date(E.MesDeLiq, 'start of month')"},
+      {1, "C.Id_Persona"}};
   const std::size_t headers = std::stoul(d.staged("SELECT count(*) FROM Encabezados"));
   const auto& b = d.preview.browser;
   for (const auto& [column, order] : clicks) {

@@ -26,6 +26,7 @@
 #include "ui/grid_table_model.h"
 #include "ui/lookup_widget.h"
 #include "ui/mapping_table_model.h"
+#include "ui/statement_yield.h"
 #include "ui/window_panels.h"
 
 namespace ui {
@@ -126,6 +127,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::call(const std::function<void()>& procedure, int what) {
   meter_->restart();
   try {
+    // Long statements let the window repaint too, not only the steps.
+    const StatementYield statements({&c_.destination, &c_.staging}, [this] {
+      redraw_progress();
+      ui_.repaint();
+    });
     procedure();
   } catch (const session::SessionAborted&) {
     // The error report was written and shown: the program ends.

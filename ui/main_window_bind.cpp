@@ -52,7 +52,9 @@ void MainWindow::make_models() {
   m_liq_ = attach(w_.GridLiq, p.browser.GridLiq());
   m_datos_liq_ = attach(w_.GridDatosLiq, p.browser.GridDatosLiq());
   // The liquidation headers come from an open cursor a page at a time.
-  m_liq_->set_fetch_source([this] { return c_.preview().browser.can_fetch_more(); },
+  // Nothing is read while a run uses the staging database (its statements
+  // let the window repaint from inside SQLite).
+  m_liq_->set_fetch_source([this] { return !c_.view.running && c_.preview().browser.can_fetch_more(); },
                            [this] { c_.preview().browser.fetch_more(); });
 
   mapping::MappingPanel& m = c_.mapping();

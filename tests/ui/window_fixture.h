@@ -20,13 +20,15 @@ namespace window_test {
 
 namespace fs = std::filesystem;
 
-// The one QApplication of the test program.
+// The one QApplication of the test program. It is never destroyed: a
+// QApplication destroyed among the program's static objects, after parts of
+// Qt it needs, crashes the exit.
 inline QApplication& App() {
   static int argc = 1;
   static char name[] = "test_ui";
   static char* argv[] = {name, nullptr};
-  static QApplication app(argc, argv);
-  return app;
+  static QApplication* app = new QApplication(argc, argv);
+  return *app;
 }
 
 // The first column of the first row of a native query ("" for none).

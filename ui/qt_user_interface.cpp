@@ -5,9 +5,12 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFileDialog>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStringList>
+#include <QTranslator>
 
 #include "ui/odbc_dialog.h"
 
@@ -68,6 +71,17 @@ QString qt_file_filter(const std::string& filter) {
     filters.push_back(name + " (" + patterns.join(' ') + ")");
   }
   return filters.join(QStringLiteral(";;"));
+}
+
+bool install_spanish_qt_texts() {
+  // Owned by the application, which keeps it for its whole life.
+  auto* translator = new QTranslator(QCoreApplication::instance());
+  if (!translator->load(QLocale(QLocale::Spanish), QStringLiteral("qtbase"), QStringLiteral("_"),
+                        QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    delete translator;
+    return false;
+  }
+  return QCoreApplication::installTranslator(translator);
 }
 
 QtUserInterface::QtUserInterface(QWidget* window) : window_(window) {}

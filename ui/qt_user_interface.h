@@ -28,6 +28,13 @@ QString qt_file_filter(const std::string& filter);
 // A message text for a Qt box: the system's "\r\n" line ends become "\n".
 QString box_text(const std::string& text);
 
+// Installs Qt's own Spanish texts (qtbase_es: the file dialogs' columns and
+// buttons, the standard buttons, the context menus of text boxes) in the
+// application. False, and English texts, when the translation is not
+// installed (Debian's qt6-translations-l10n). Call once, after the
+// QApplication is made.
+bool install_spanish_qt_texts();
+
 class QtUserInterface : public session::UserInterface {
  public:
   // Boxes are modal to `window` (no parent when null).

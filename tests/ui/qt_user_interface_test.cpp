@@ -117,6 +117,11 @@ TEST_F(QtUserInterfaceTest, WaitingGoesToTheStatusLine) {
   ui_.waiting("sin línea de estado");  // dropped, no box
 }
 
+TEST_F(QtUserInterfaceTest, QtsOwnTextsCanBeSpanish) {
+  if (!ui::install_spanish_qt_texts()) GTEST_SKIP() << "qt6-translations-l10n not installed";
+  EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), "Cancelar");
+}
+
 TEST(QtFileFilter, SystemPairsBecomeQtFilters) {
   const std::pair<const char*, const char*> cases[] = {
       {"Bases de Access (*.mdb)|*.mdb", "Bases de Access (*.mdb)"},

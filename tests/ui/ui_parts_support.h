@@ -16,8 +16,10 @@ inline QApplication& app() {
   static int argc = 1;
   static char name[] = "test_ui";
   static char* argv[] = {name, nullptr};
-  static QApplication application(argc, argv);
-  return application;
+  // Never destroyed: at exit Qt's own globals may already be gone, and a
+  // QApplication torn down after them crashes the test process.
+  static QApplication* application = new QApplication(argc, argv);
+  return *application;
 }
 
 // A fixture's first base, so that the QApplication exists before the

@@ -221,11 +221,14 @@ bool MainWindowController::claim_staging_for_company() {
 }
 
 std::string MainWindowController::SeleccionarDSN() {
-  std::vector<std::string> sources = ListarODBC ? ListarODBC() : std::vector<std::string>{};
-  std::string name = ui_.pick_data_source(view.txtRuta, sources);
+  const std::vector<std::string> sources = db::odbc_data_sources();
+  // The only source of the machine, already named in txtRuta, leaves nothing
+  // to choose: the picker is not shown.
+  const std::string name = db::odbc_picker_can_be_skipped(view.txtRuta, sources)
+                               ? settings::Trim(view.txtRuta)
+                               : ui_.pick_data_source(view.txtRuta, sources);
   if (name.empty()) return {};
-  if (source && source->is_open()) source->close();
-  source = open_odbc ? open_odbc("DSN=" + name + ";") : nullptr;
+  db::open_odbc(db::odbc_connection_text(name), source);  // closes the open one first
   return name;
 }
 
@@ -305,14 +308,8 @@ void MainWindowController::cbActualizar_Click(int index) {
 
 std::shared_ptr<db::SourceReader> MainWindowController::BuscarTablasODBC() {
   const std::string name = settings::Trim(view.txtRuta);
-  const std::string connection_text = db::is_connection_text(name) ? name : "DSN=" + name + ";";
-  if (!(source && source->is_open())) {
-    if (open_odbc) {
-      source = open_odbc(connection_text);
-    } else {
-      db::open_odbc(connection_text, source);
-    }
-  }
+  const std::string connection_text = db::is_connection_text(name) ? name : db::odbc_connection_text(name);
+  if (!(source && source->is_open())) db::open_odbc(connection_text, source);
   auto* odbc = dynamic_cast<db::OdbcConnection*>(source.get());
   if (odbc == nullptr || !odbc->is_open()) {
     ui_.warning("No se pudo abrir el origen de datos ODBC " + name +

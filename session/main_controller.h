@@ -11,8 +11,8 @@
 // data and the mapping panels (preview::StagedPreview, mapping::MappingPanel)
 // are required collaborators, given at construction: a controller without a
 // transfer or without its grids cannot be built. The controller fills the
-// grid models; the window draws them. The ODBC picker is still reached
-// through hooks that are empty by default.
+// grid models; the window draws them. The ODBC picker lists the machine's
+// data sources through db::odbc_data_sources and asks the UserInterface.
 //
 // The procedures live in several files by concern: controller_startup.cpp
 // (start-up, format choice, window end), controller_source.cpp (source choice
@@ -100,13 +100,6 @@ class MainWindowController {
   // back, false keeps the file as the error left it (and says how to restore
   // it); unset asks the user (the window). Batch mode sets it.
   std::optional<bool> restore_on_error;
-
-  // ---- Hooks (empty by default) --------------------------------------------
-  // The ODBC data sources of the machine, for the picker.
-  std::function<std::vector<std::string>()> ListarODBC;
-  // Opens a connection on an ODBC connection text ("DSN=name;"); the result's
-  // state tells whether it opened.
-  std::function<std::unique_ptr<db::Connection>(const std::string& connection_text)> open_odbc;
 
   // ---- Start-up and end (controller_startup.cpp) ---------------------------
   // Form_Load: default months, the format list, cmbCodBPS, the command line

@@ -7,7 +7,6 @@
 #include <QTimer>
 #include <iostream>
 
-#include "db/odbc_sources.h"
 #include "ui/main_window.h"
 #include "ui/qt_user_interface.h"
 #include "ui/scripted_window_ui.h"
@@ -15,9 +14,7 @@
 namespace ui {
 
 WindowSession::WindowSession(const std::filesystem::path& program_folder, session::UserInterface& ui)
-    : controller(program_folder, ui, importer, preview, mapping) {
-  controller.ListarODBC = [] { return db::odbc_system_data_sources(); };
-}
+    : controller(program_folder, ui, importer, preview, mapping) {}
 
 namespace {
 

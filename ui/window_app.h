@@ -14,8 +14,7 @@
 
 namespace ui {
 
-// The controller and its collaborators, for one window over `ui`. The
-// machine's ODBC data sources are listed for the picker.
+// The controller and its collaborators, for one window over `ui`.
 struct WindowSession {
   WindowSession(const std::filesystem::path& program_folder, session::UserInterface& ui);
 

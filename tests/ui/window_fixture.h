@@ -12,6 +12,7 @@
 #include <string>
 
 #include "support/temp_dir.h"
+#include "ui_parts_support.h"
 #include "ui/main_window.h"
 #include "ui/scripted_window_ui.h"
 #include "ui/window_app.h"
@@ -20,16 +21,8 @@ namespace window_test {
 
 namespace fs = std::filesystem;
 
-// The one QApplication of the test program. It is never destroyed: a
-// QApplication destroyed among the program's static objects, after parts of
-// Qt it needs, crashes the exit.
-inline QApplication& App() {
-  static int argc = 1;
-  static char name[] = "test_ui";
-  static char* argv[] = {name, nullptr};
-  static QApplication* app = new QApplication(argc, argv);
-  return *app;
-}
+// The one QApplication of the test program, shared with the parts' tests.
+inline QApplication& App() { return ui_parts_test::app(); }
 
 // The first column of the first row of a native query ("" for none).
 inline std::string query_text(const fs::path& file, const std::string& sql) {

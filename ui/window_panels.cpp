@@ -202,7 +202,8 @@ QWidget* concept_mapping(WindowControls& w, mapping::MappingPanel& m, QWidget* p
   form->addWidget(w.objCodOS, 0, 1, 1, 3);
   form->addWidget(new QLabel("Concepto de KEL:", page), 1, 0);
   form->addWidget(w.ObjCodKel, 1, 1, 1, 3);
-  form->addWidget(w.cmbImportar, 2, 1);
+  w.cmbImportar->setMinimumContentsLength(12);
+  form->addWidget(w.cmbImportar, 2, 1, Qt::AlignRight);
   form->addWidget(w.cbAgrQuit[0], 2, 2);
   form->addWidget(w.cbAgrQuit[1], 2, 3);
   form->setColumnStretch(1, 1);

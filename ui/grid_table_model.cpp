@@ -5,6 +5,8 @@
 #include <QColor>
 #include <algorithm>
 
+#include "ui/grid_captions.h"
+
 namespace ui {
 
 GridTableModel::GridTableModel(const preview::GridModel& grid, QObject* parent)
@@ -53,7 +55,13 @@ QVariant GridTableModel::headerData(int section, Qt::Orientation orientation, in
   if (role != Qt::DisplayRole) return {};
   if (orientation == Qt::Vertical) return section + 1;
   if (section < 0 || section >= static_cast<int>(grid_.columns().size())) return {};
-  return QString::fromStdString(grid_.columns()[static_cast<std::size_t>(section)].caption);
+  const preview::GridColumn& column = grid_.columns()[static_cast<std::size_t>(section)];
+  // A heading the grid names after its field gets the window's caption.
+  if (column.caption == column.field) {
+    const auto& captions = FieldCaptions();
+    if (const auto found = captions.find(column.field); found != captions.end()) return found->second;
+  }
+  return QString::fromStdString(column.caption);
 }
 
 bool GridTableModel::canFetchMore(const QModelIndex& parent) const {

@@ -7,6 +7,9 @@
 // gets a `fetch_source` that reads further rows into the GridModel when the
 // view has shown all it holds.
 //
+// Headings named after their field take the window's Spanish caption
+// (grid_captions.h).
+//
 // "Suma" and "Resta" rows (the lines of a liquidation) are drawn in two
 // styles: additions in dark green, subtractions in dark red on a pale red.
 #pragma once

@@ -21,8 +21,10 @@
 #include <QTableView>
 #include <QTimer>
 #include <QToolButton>
+#include <set>
 
 #include "ui/freeze_meter.h"
+#include "ui/grid_captions.h"
 #include "ui/grid_table_model.h"
 #include "ui/lookup_widget.h"
 #include "ui/mapping_table_model.h"
@@ -204,6 +206,24 @@ void MainWindow::redraw_grids() {
     m->reload();
   m_conc_->reload();
   m_tl_->reload();
+  // The liquidation headers and the declarations show their readable fields
+  // only; the models keep all of them.
+  const auto show_only = [](QTableView* view, const preview::GridModel& grid, const std::set<std::string>& shown) {
+    const auto& columns = grid.columns();
+    for (std::size_t i = 0; i < columns.size(); ++i)
+      view->setColumnHidden(static_cast<int>(i), shown.count(columns[i].field) == 0);
+  };
+  show_only(w_.GridLiq, c_.preview().browser.GridLiq(), LiquidationFieldsShown());
+  show_only(w_.GridDeduc, c_.preview().GridDeduc, DeclarationFieldsShown());
+  // Whose declaration it is comes first, though the query brings it last.
+  const auto& deduc = c_.preview().GridDeduc.columns();
+  int front = 0;
+  for (const char* field : {"Apellidos", "Nombres"})
+    for (std::size_t i = 0; i < deduc.size(); ++i)
+      if (deduc[i].field == field) {
+        QHeaderView* h = w_.GridDeduc->horizontalHeader();
+        h->moveSection(h->visualIndex(static_cast<int>(i)), front++);
+      }
   for (QTableView* t : {w_.GCargos, w_.GSectores, w_.GSucur, w_.GHorario, w_.GContra, w_.GridDeduc, w_.GridLiq,
                         w_.GridDatosLiq})
     t->resizeColumnsToContents();

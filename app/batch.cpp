@@ -243,7 +243,7 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
   mapping::MappingPanel mapping;
   session::MainWindowController c(program_folder, ui, importer, preview, mapping);
   TerminalProgress progress(err);
-  if (show_progress) c.Barra.yield = [&] { progress.show(c.Barra); };
+  if (show_progress) c.view.Barra.yield = [&] { progress.show(c.view.Barra); };
 
   c.ApartarRechazados = options->set_aside_bad_rows;
   BatchOutcome outcome;
@@ -284,7 +284,7 @@ int run_batch(const std::vector<std::string>& args, const std::filesystem::path&
     c.Form_Activate();
     if (!preview.lblDatosCP_visible) print_staging_summary(c, out);
     outcome.left_out = c.last_load_warnings.size();
-    if (c.last_load_failed && !settings::Trim(c.txtRuta).empty()) {
+    if (c.last_load_failed && !settings::Trim(c.view.txtRuta).empty()) {
       // The transfer would carry the staging database's previous content.
       out << "ERROR: La carga de la base auxiliar no cargó nada; no se importa nada\n";
       outcome.load_failed = true;

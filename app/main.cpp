@@ -1,9 +1,10 @@
 // app/main.cpp — the kelimport executable.
 //
-// Dispatches on the first argument: the program's own modes (--sql, and later
-// --batch and other tools) or, by default, the importer's start-up with the
-// command line of the window ("destination" or "destination*source*format
-// index").
+// Dispatches on the first argument: the program's own modes (--batch, --sql,
+// --restore) or, by default, the importer's main window with the rest of the
+// command line as its own ("destination" or "destination*source*format
+// index"), as a shortcut to the program gives it. A build without the window
+// (KEL_BUILD_UI off) says so instead.
 #include <unistd.h>
 
 #include <iostream>
@@ -13,6 +14,9 @@
 #include "app/batch.h"
 #include "app/restore_command.h"
 #include "app/sql_console.h"
+#ifdef KEL_HAVE_UI
+#include "ui/window_app.h"
+#endif
 
 namespace {
 
@@ -22,6 +26,7 @@ std::string usage() {
          "                                                   importación sin ventana (kelimport --batch --help)\n"
          "  kelimport --restore [--yes] COPIA                devuelve la base de KEL desde una copia de seguridad\n"
          "  kelimport --sql [--explain] BASE [INSTRUCCION]   consola SQL (kelimport --sql --help)\n"
+         "  kelimport [\"DESTINO*ORIGEN*FORMATO\"]              la ventana del importador\n"
          "  kelimport --help                                 esta ayuda\n";
 }
 
@@ -40,10 +45,28 @@ int main(int argc, char** argv) {
     std::cout << usage();
     return 0;
   }
-  // The importer's own start-up (the window and its command line) is not
-  // part of this executable yet.
-  std::cerr << "Modo no disponible todavía: " << (mode.empty() ? "(sin argumentos)" : mode)
-            << "\n\n"
-            << usage();
+#ifdef KEL_HAVE_UI
+  // The window's command line is one text: arguments split by the shell
+  // (a path with spaces given without quotes) are joined again. A hidden
+  // "--screenshot FILE" first saves a picture of the window once the
+  // command line's source is staged, and ends.
+  ui::WindowOptions options;
+  std::size_t first = 0;
+  if (mode == "--screenshot") {
+    if (args.size() < 2) {
+      std::cerr << "Falta el archivo de la captura después de --screenshot\n";
+      return 2;
+    }
+    options.screenshot = args[1];
+    first = 2;
+  } else if (mode.rfind("--", 0) == 0) {
+    std::cerr << "Opción desconocida: " << mode << "\n\n" << usage();
+    return 2;
+  }
+  for (std::size_t i = first; i < args.size(); ++i) options.command_line += (i > first ? " " : "") + args[i];
+  return ui::RunWindow(argc, argv, app::ProgramFolder(argv[0]), options);
+#else
+  std::cerr << "Este kelimport se compiló sin la ventana (KEL_BUILD_UI): use --batch\n\n" << usage();
   return 2;
+#endif
 }

@@ -90,6 +90,16 @@ class Connection {
     return false;
   }
 
+  // Calls `tick` every `instructions` steps of the engine while a statement
+  // runs, so that one long statement does not keep the caller from
+  // repainting; an empty `tick` removes it. `tick` must not use this
+  // connection. False when the engine has no such hook.
+  virtual bool set_progress_handler(int instructions, std::function<void()> tick) {
+    (void)instructions;
+    (void)tick;
+    return false;
+  }
+
   // The file a waiting statement is waiting for, to name it to the user: a
   // statement may read several files (its own and those of `in '<path>'`
   // clauses), and the one held is the one to name. Never waits, never throws.

@@ -5,9 +5,12 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "db/odbc_connection.h"
 
@@ -42,6 +45,13 @@ std::string trimmed(const std::string& text) {
   if (start == std::string::npos) return {};
   std::size_t end = text.find_last_not_of(" \t\r");
   return text.substr(start, end - start + 1);
+}
+
+bool ends_with_dsn(const std::string& text) {
+  if (text.size() <= 4) return false;
+  std::string tail = text.substr(text.size() - 4);
+  for (char& c : tail) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return tail == ".dsn";
 }
 
 bool same_word(const std::string& a, const std::string& b) {
@@ -86,6 +96,38 @@ std::string odbc_file_dsn_folder() {
   if (path.empty()) path = folder + "/ODBCDataSources";
   if (path.back() != '/') path += '/';
   return path;
+}
+
+std::vector<std::string> odbc_file_data_sources() {
+  std::vector<std::string> names;
+  std::error_code ec;
+  // A folder that cannot be read lists nothing, like a missing one.
+  for (std::filesystem::directory_iterator it(odbc_file_dsn_folder(), ec), end; !ec && it != end;
+       it.increment(ec)) {
+    std::string name = it->path().filename().string();
+    std::error_code kind_ec;
+    if (ends_with_dsn(name) && it->is_regular_file(kind_ec)) names.push_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<std::string> odbc_data_sources() {
+  std::vector<std::string> names = odbc_system_data_sources();
+  std::vector<std::string> files = odbc_file_data_sources();
+  names.insert(names.end(), files.begin(), files.end());
+  return names;
+}
+
+std::string odbc_connection_text(const std::string& name) {
+  const std::string t = trimmed(name);
+  if (!ends_with_dsn(t)) return "DSN=" + t + ";";
+  if (t.find('/') != std::string::npos) return "FILEDSN=" + t + ";";
+  return "FILEDSN=" + odbc_file_dsn_folder() + t + ";";
+}
+
+bool odbc_picker_can_be_skipped(const std::string& current, const std::vector<std::string>& sources) {
+  return sources.size() == 1 && !trimmed(current).empty() && same_word(trimmed(current), trimmed(sources[0]));
 }
 
 void open_odbc(const std::string& connection_text, std::unique_ptr<Connection>& conn) {

@@ -68,6 +68,7 @@ class SqliteConnection final : public Connection, public jet::TranslationContext
   bool change_engine_setting(const std::string& name, const std::string& value) override;
   bool set_busy_handler(std::function<bool(int attempt)> wait) override;
   std::string locked_file() override;
+  bool set_progress_handler(int instructions, std::function<void()> tick) override;
 
   // The SQLite translation of a Jet statement, attaching the databases it
   // names. Translations are cached per statement text. Throws db::Error.
@@ -121,6 +122,7 @@ class SqliteConnection final : public Connection, public jet::TranslationContext
   std::vector<std::string>* attached_now_ = nullptr;  // keys the running translation attached
   bool transaction_pending_ = false;
   std::function<bool(int)> busy_wait_;  // set_busy_handler's handler
+  std::function<void()> progress_tick_;  // set_progress_handler's handler
 };
 
 // The SQLite connection behind `connection`, or nullptr for another engine.

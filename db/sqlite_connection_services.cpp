@@ -1,6 +1,6 @@
 // db/sqlite_connection_services.cpp — what the SQLite connection offers
 // beyond statements (see connection.h): its table names, the transaction
-// state, engine settings (pragmas), the busy handler and the file a wait is for.
+// state, engine settings (pragmas), the busy and progress handlers and the file a wait is for.
 #include <sqlite3.h>
 
 #include "db/error.h"
@@ -48,6 +48,23 @@ bool SqliteConnection::set_busy_handler(std::function<bool(int attempt)> wait) {
   busy_wait_ = std::move(wait);
   sqlite3_busy_handler(
       db_, [](void* self, int attempt) { return static_cast<SqliteConnection*>(self)->busy_wait_(attempt) ? 1 : 0; },
+      this);
+  return true;
+}
+
+bool SqliteConnection::set_progress_handler(int instructions, std::function<void()> tick) {
+  if (!db_) return false;
+  progress_tick_ = std::move(tick);
+  if (!progress_tick_) {
+    sqlite3_progress_handler(db_, 0, nullptr, nullptr);
+    return true;
+  }
+  sqlite3_progress_handler(
+      db_, instructions,
+      [](void* self) {
+        static_cast<SqliteConnection*>(self)->progress_tick_();
+        return 0;  // never interrupts the statement
+      },
       this);
   return true;
 }

@@ -1,11 +1,17 @@
 #!/usr/bin/env bash
-# Installs what is needed, builds, and runs a batch import of the bundled demo
-# company: a fresh copy of the demo's KEL company and a fresh staging database
-# (so the demo can be run again and again) are loaded from the demo's source
-# files, and the five groups are transferred into the KEL company for real.
+# Installs what is needed, builds, and imports the bundled demo company into a
+# fresh copy of the demo's KEL company with a fresh staging database (so the
+# demo can be run again and again).
 #
-#   scripts/demo.sh                 the whole demo, answering Yes to every question
-#   scripts/demo.sh --groups 1,2    extra options go to `kelimport --batch`
+# With a display (DISPLAY or WAYLAND_DISPLAY set) the program opens its main
+# window on the demo: the source and the format are on its command line, so
+# the window stages the source as it opens; the user reviews, maps and presses
+# Importar. Without a display, or with --batch, it runs the batch import: the
+# five groups are transferred at once, answering Yes to every question.
+#
+#   scripts/demo.sh                 the window (or the batch import without a display)
+#   scripts/demo.sh --batch         the batch import in any case
+#   scripts/demo.sh --groups 1,2    a batch import; extra options go to `kelimport --batch`
 #
 # The demo's source is its folder of CSV interchange files (format 0) when the
 # build made one, otherwise its source database file (format 1).
@@ -41,10 +47,24 @@ else
   form="base de datos del sistema de origen"
 fi
 
+window=0
+if [ "${1:-}" = "--batch" ]; then
+  shift
+elif [ $# -eq 0 ] && { [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ]; }; then
+  window=1
+fi
+
 echo "== Demostración de kelimport"
 echo "   Empresa KEL (copia nueva): $company"
 echo "   Origen ($form): $source_path"
 echo
+if [ "$window" -eq 1 ]; then
+  echo "   Se abre la ventana: la carga del origen empieza sola; revise, relacione y pulse Importar."
+  status=0
+  "$program/kelimport" "$company*$source_path*$format" || status=$?
+  echo "   Empresa KEL: $company"
+  exit $status
+fi
 status=0
 "$program/kelimport" --batch --yes "$@" "$company*$source_path*$format" || status=$?
 echo

@@ -9,7 +9,7 @@ packages=(
   postgresql odbc-postgresql
   mdbtools mdbtools-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
-  qt6-base-dev qt6-qpa-plugins libqt6test6 xvfb xauth
+  qt6-base-dev qt6-qpa-plugins libqt6test6 qt6-translations-l10n xvfb xauth
 )
 missing=()
 for p in "${packages[@]}"; do

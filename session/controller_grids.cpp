@@ -34,12 +34,12 @@ void MainWindowController::ActuGrillas() {
   // The months go as "yyyy-MM-01", a text Jet's CDate reads in any locale.
   in.desde = state.period.desde.IsoFirstDay();
   in.hasta = state.period.hasta.IsoFirstDay();
-  in.txtRuta = txtRuta;
+  in.txtRuta = view.txtRuta;
   in.conc_crear = &state.ConcCrear;
   // Between groups the bar moves on while a load shows it; otherwise the
   // window only repaints.
   in.advance = [this] {
-    if (Barra.visible()) {
+    if (view.Barra.visible()) {
       AF_GenImp();
     } else {
       ui_.repaint();

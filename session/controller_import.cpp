@@ -31,16 +31,18 @@ class UiQuestions final : public transfer::Questions {
 
 ImportResult MainWindowController::cbImportar_Click() {
   ImportResult result;
+  RunningScope running(view);
   // A load from a source that staged nothing leaves the previous company's
   // rows (or none) in the staging database: importing them would carry the
   // wrong data, so the run stops before its questions.
-  if (last_load_failed && !settings::Trim(txtRuta).empty()) {
+  if (last_load_failed && !settings::Trim(view.txtRuta).empty()) {
     ui_.warning("La carga de la base auxiliar no cargó nada; no se importa nada");
     return result;
   }
   if (!Valido(true)) return result;
   result.confirmed = true;
-  ImportaEmpleados = state.ChkOP[2];
+  // The persons step's box of this run: the later steps read it.
+  const bool importa_empleados = state.ChkOP[2];
 
   const std::string started = NowText();
   if (!take_safety_copy(result)) {
@@ -68,7 +70,7 @@ ImportResult MainWindowController::cbImportar_Click() {
             // The months go as "yyyy-MM-01", a text Jet's CDate reads in any
             // locale; an unticked bound goes as "".
             const transfer::RunInputs inputs{DesdeText(state.period), HastaText(state.period),
-                                             ImportaEmpleados};
+                                             importa_empleados};
             const auto step_started = std::chrono::steady_clock::now();
             transfer::StepReport report = transfer_.run_step(group, ctx, inputs);
             const std::chrono::duration<double> took = std::chrono::steady_clock::now() - step_started;

@@ -41,7 +41,7 @@ void MainWindowController::CargarDatos() {
   // Staged nothing: the transfer would carry the previous content, or none.
   last_load_failed = !last_load_stats.emptied || last_load_stats.statements_run == 0;
   if (last_load_stats.emptied && last_load_stats.statements_run == 0)
-    last_load_warnings.push_back("No se cargó ningún dato desde " + txtRuta + ": no se importa nada");
+    last_load_warnings.push_back("No se cargó ningún dato desde " + view.txtRuta + ": no se importa nada");
   if (!last_load_warnings.empty())
     ui_.warning_list("La carga de la base auxiliar dejó afuera lo siguiente:", last_load_warnings);
 }

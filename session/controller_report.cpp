@@ -12,7 +12,7 @@ void MainWindowController::write_import_report(const ImportResult& result, const
   in.when = when;
   in.company = destination ? destination->data_source_name() : PathDeEmp;
   if (in.company.empty()) in.company = PathDeEmp;
-  in.source = txtRuta;
+  in.source = view.txtRuta;
   if (state.cmbFormato_index >= 0 && static_cast<std::size_t>(state.cmbFormato_index) < state.cmbFormato.size())
     in.format = state.cmbFormato[static_cast<std::size_t>(state.cmbFormato_index)];
   for (int group = 0; group < transfer::kGroupCount; ++group)

@@ -124,7 +124,7 @@ void MainWindowController::SelEmpresaAImp(const std::string& path) {
       run_blocked = true;
     }
   }
-  LblEmpresa = PathDeEmp;
+  view.LblEmpresa = PathDeEmp;
   if (!company_usable) return;
 
   if (PrepararBDAux(company_folder) || company_folder.empty()) {
@@ -224,15 +224,19 @@ bool MainWindowController::claim_staging_for_company() {
 }
 
 std::string MainWindowController::SeleccionarDSN() {
-  std::vector<std::string> sources = ListarODBC ? ListarODBC() : std::vector<std::string>{};
-  std::string name = ui_.pick_data_source(txtRuta, sources);
+  const std::vector<std::string> sources = db::odbc_data_sources();
+  // The only source of the machine, already named in txtRuta, leaves nothing
+  // to choose: the picker is not shown.
+  const std::string name = db::odbc_picker_can_be_skipped(view.txtRuta, sources)
+                               ? settings::Trim(view.txtRuta)
+                               : ui_.pick_data_source(view.txtRuta, sources);
   if (name.empty()) return {};
-  if (source && source->is_open()) source->close();
-  source = open_odbc ? open_odbc("DSN=" + name + ";") : nullptr;
+  db::open_odbc(db::odbc_connection_text(name), source);  // closes the open one first
   return name;
 }
 
 void MainWindowController::cbBuscar_Click(int index) {
+  RunningScope running(view);
   std::string new_path;
   if (index == 1) {
     SelEmpresaAImp("");
@@ -242,15 +246,15 @@ void MainWindowController::cbBuscar_Click(int index) {
       std::string prompt = std::string("Seleccione la carpeta ") +
                            (state.TipoImp.kind == 1 ? "de los Archivos de intercambio" : "donde se encuentra la BD");
       // A cancelled browser chooses nothing: txtRuta stays and nothing is staged.
-      new_path = ui_.browse_folder("Seleccionar Carpeta", prompt, txtRuta).value_or(std::string());
+      new_path = ui_.browse_folder("Seleccionar Carpeta", prompt, view.txtRuta).value_or(std::string());
     } else {
       new_path = SeleccionarDSN();
-      if (!new_path.empty()) txtRuta = new_path;
+      if (!new_path.empty()) view.txtRuta = new_path;
       AF_GenImp();
     }
   }
   if (!settings::Trim(new_path).empty() && staging && staging->is_open()) {
-    txtRuta = new_path;
+    view.txtRuta = new_path;
     cbActualizar_Click(0);
   }
 }
@@ -261,13 +265,14 @@ void MainWindowController::cbActualizar_Click(int index) {
     watch_busy();
     return;
   }
+  RunningScope running(view);
   ui_.repaint();
   ActuBarra();
   const bool by_folder = state.TipoImp.kind == 1 || state.TipoBD == 1;
   // An ODBC data source is not tested here: the load finds out.
-  const bool usable = by_folder ? folder_exists(txtRuta) : (state.TipoImp.kind == 0 && state.TipoBD != 1);
+  const bool usable = by_folder ? folder_exists(view.txtRuta) : (state.TipoImp.kind == 0 && state.TipoBD != 1);
   if (!usable) {
-    ui_.warning("La carpeta " + txtRuta + " No existe");
+    ui_.warning("La carpeta " + view.txtRuta + " No existe");
     last_load_failed = true;
     return;
   }
@@ -277,7 +282,7 @@ void MainWindowController::cbActualizar_Click(int index) {
         looked_for_ = state.ChkOP;
         std::shared_ptr<db::SourceReader> odbc_reader;
         if (by_folder) {
-          BuscarArchivos(txtRuta);
+          BuscarArchivos(view.txtRuta);
         } else if (state.ColArchTablas.empty()) {
           // No usable format: no data source to try; the load says so and
           // empties nothing.
@@ -305,15 +310,9 @@ void MainWindowController::cbActualizar_Click(int index) {
 }
 
 std::shared_ptr<db::SourceReader> MainWindowController::BuscarTablasODBC() {
-  const std::string name = settings::Trim(txtRuta);
-  const std::string connection_text = db::is_connection_text(name) ? name : "DSN=" + name + ";";
-  if (!(source && source->is_open())) {
-    if (open_odbc) {
-      source = open_odbc(connection_text);
-    } else {
-      db::open_odbc(connection_text, source);
-    }
-  }
+  const std::string name = settings::Trim(view.txtRuta);
+  const std::string connection_text = db::is_connection_text(name) ? name : db::odbc_connection_text(name);
+  if (!(source && source->is_open())) db::open_odbc(connection_text, source);
   if (!(source && source->is_open())) {
     ui_.warning("No se pudo abrir el origen de datos ODBC " + name +
                 (source ? ": " + source->last_error() : std::string()));
@@ -352,13 +351,13 @@ void MainWindowController::BuscarArchivos(const std::string& folder) {
 
 void MainWindowController::tell_unmatched_source_files(std::vector<std::string>& warnings,
                                                        std::vector<std::string>& notes) const {
-  if (state.TipoImp.kind != 1 || !folder_exists(txtRuta)) return;
+  if (state.TipoImp.kind != 1 || !folder_exists(view.txtRuta)) return;
   std::vector<std::string> taken;
   for (const staging::ClaArchBD& entry : state.ColArchTablas)
     if (entry.Existe) taken.push_back(std::filesystem::path(entry.Ruta).filename().string());
   std::vector<std::string> names;
   std::error_code ec;
-  for (const auto& e : std::filesystem::directory_iterator(txtRuta, ec)) {
+  for (const auto& e : std::filesystem::directory_iterator(view.txtRuta, ec)) {
     if (!e.is_regular_file(ec)) continue;
     const std::string name = e.path().filename().string();
     if (name.empty() || name[0] == '.') continue;

@@ -17,7 +17,7 @@ MainWindowController::MainWindowController(std::filesystem::path program_folder,
                                            mapping::MappingPanel& mapping)
     : program_folder_(std::move(program_folder)), ui_(ui), transfer_(transfer), preview_(preview), mapping_(mapping) {
   state.program_folder = program_folder_;
-  Barra.yield = [this] { ui_.repaint(); };
+  view.Barra.yield = [this] { ui_.repaint(); };
 }
 
 MainWindowController::~MainWindowController() {
@@ -42,7 +42,7 @@ void MainWindowController::Form_Load(const std::string& command_line) {
   LoadFormatList(state);
   show_pending_warnings();
 
-  cmbCodBPS.assign(mapping::CodBpsItems().begin(), mapping::CodBpsItems().end());
+  view.cmbCodBPS.assign(mapping::CodBpsItems().begin(), mapping::CodBpsItems().end());
 
   std::string line = settings::Trim(command_line);
   std::erase(line, '"');
@@ -53,7 +53,7 @@ void MainWindowController::Form_Load(const std::string& command_line) {
     std::vector<std::string> fields = settings::SplitChar(line, '*');
     SelEmpresaAImp(fields[0]);
     if (fields.size() > 1) {
-      txtRuta = fields[1];
+      view.txtRuta = fields[1];
       auto_refresh = true;
     }
     if (fields.size() > 2) select_command_line_format(fields[2]);
@@ -66,7 +66,7 @@ void MainWindowController::Form_Load(const std::string& command_line) {
   }
 
   if (state.cmbFormato_index < 0 && !state.cmbFormato.empty()) cmbFormato_Click(0);
-  LblEmpresa = PathDeEmp;
+  view.LblEmpresa = PathDeEmp;
   CargarMes(state.period);
 }
 
@@ -93,7 +93,7 @@ void MainWindowController::Form_Activate() {
   // activations (the window regaining focus) must not load it again.
   if (!auto_refresh) return;
   auto_refresh = false;
-  if (!settings::Trim(txtRuta).empty()) cbActualizar_Click(0);
+  if (!settings::Trim(view.txtRuta).empty()) cbActualizar_Click(0);
 }
 
 void MainWindowController::Form_Unload() {
@@ -112,7 +112,7 @@ void MainWindowController::TipoImp_Click(int index) {
   session::TipoImp_Click(state, index);
 }
 
-void MainWindowController::cbConfig_Click() { AreConf_visible = !AreConf_visible; }
+void MainWindowController::cbConfig_Click() { view.AreConf_visible = !view.AreConf_visible; }
 
 void MainWindowController::cbSalir_Click() {
   if (source && source->is_open()) source->close();

@@ -11,15 +11,22 @@
 // data and the mapping panels (preview::StagedPreview, mapping::MappingPanel)
 // are required collaborators, given at construction: a controller without a
 // transfer or without its grids cannot be built. The controller fills the
-// grid models; the window draws them. The ODBC picker is still reached
-// through hooks that are empty by default.
+// grid models; the window draws them. The ODBC picker lists the machine's
+// data sources through db::odbc_data_sources and asks the UserInterface.
 //
 // The procedures live in several files by concern: controller_startup.cpp
 // (start-up, format choice, window end), controller_source.cpp (source choice
 // and staging preparation), controller_load.cpp (the staging load's inputs),
 // controller_valido.cpp (the company check), controller_grids.cpp (the
-// preview and mapping grids), controller_import.cpp (the import run) and controller_errors.cpp with error_report.{h,cpp} (what an
-// error that stops a run leaves behind).
+// preview and mapping grids), controller_import.cpp (the import run),
+// controller_view.cpp (what the user types and ticks) and
+// controller_errors.cpp with error_report.{h,cpp} (what an error that stops a
+// run leaves behind).
+//
+// The window's binding: each event calls one procedure here, then the window
+// redraws from `view` (window_view.h), `state` and the models. While a
+// staging load or an import runs, view.running is true and the progress bar's
+// yield lets the window repaint.
 //
 // Ending the program: cbSalir_Click (which runs Form_Unload itself) and an
 // error report (SessionAborted, thrown after the report was written) both
@@ -44,6 +51,7 @@
 #include "session/run_lock.h"
 #include "session/session_state.h"
 #include "session/user_interface.h"
+#include "session/window_view.h"
 #include "staging/staging_load.h"
 #include "transfer/importer.h"
 
@@ -84,26 +92,14 @@ class MainWindowController {
   std::unique_ptr<db::Connection> destination; // the KEL company database
   std::unique_ptr<db::Connection> staging;     // <program folder>/<company folder>/Pasaje.mdb
   std::unique_ptr<db::Connection> source;      // an ODBC data source, when one was chosen
-  ProgressBar Barra;                           // with lblPorc
-  std::string txtRuta;                         // the source path box
+  WindowView view;                             // the boxes, labels and bar the window shows
   std::string PathDeEmp;                       // the destination database file
-  std::string LblEmpresa;                      // shows PathDeEmp
   bool auto_refresh = false;                   // the command line named the source
-  bool ImportaEmpleados = false;               // ChkOP(2) of the current run
-  bool AreConf_visible = false;                // the configuration panel
-  std::vector<std::string> cmbCodBPS;          // the BPS codes of the relations
   long long total_lines = 0;                   // lines of the matched files (sizes the load's steps)
   // When an error stops a run that made a safety copy: true puts the copy
   // back, false keeps the file as the error left it (and says how to restore
   // it); unset asks the user (the window). Batch mode sets it.
   std::optional<bool> restore_on_error;
-
-  // ---- Hooks (empty by default) --------------------------------------------
-  // The ODBC data sources of the machine, for the picker.
-  std::function<std::vector<std::string>()> ListarODBC;
-  // Opens a connection on an ODBC connection text ("DSN=name;"); the result's
-  // state tells whether it opened.
-  std::function<std::unique_ptr<db::Connection>(const std::string& connection_text)> open_odbc;
 
   // ---- Start-up and end (controller_startup.cpp) ---------------------------
   // Form_Load: default months, the format list, cmbCodBPS, the command line
@@ -224,9 +220,35 @@ class MainWindowController {
   // btCargaAutomat_Click: empties ConcCrear; the staging load reloads the links.
   void btCargaAutomat_Click();
 
+  // ---- What the user types and ticks (controller_view.cpp) ----------------
+  // Each changes the view, the session state or a model; the window redraws
+  // from them afterwards.
+  // txtRuta_Change: the source path box now holds `text`.
+  void txtRuta_Change(const std::string& text);
+  // ChkOP_Click: transfer group `index` (0..4) ticked or not.
+  void ChkOP_Click(int index, bool checked);
+  // chkConFechDesde (index 0) / ChkConFechHasta (index 1) ticked or not; the
+  // months are shown again.
+  void chkConFech_Click(int index, bool checked);
+  // cbMesAnt / cbMesSig of bound `index` (0 Desde, 1 Hasta).
+  void cbMesAnt_Click(int index);
+  void cbMesSig_Click(int index);
+  // "Importar Solo Conceptos Utilizados".
+  void chkImpSoloConUtil_Click(bool checked);
+  // cmbImportar: 0 "Importar", 1 "No Importar".
+  void cmbImportar_Click(int index);
+  // cmbCodBPS chose code `index`; txtCodKEL now holds `text`.
+  void cmbCodBPS_Click(int index);
+  void txtCodKEL_Change(const std::string& text);
+  // lstRelaciones: entry `index` selected (-1 none).
+  void lstRelaciones_Click(int index);
+  // cmbMasMenos(0) adds the relation of cmbCodBPS and txtCodKEL; (1) removes
+  // the selected entry, warning "Debe seleccionar la relación" without one.
+  void cmbMasMenos_Click(int index);
+
   // ---- Progress ------------------------------------------------------------
-  void ActuBarra(float argument = ProgressBar::kReset) { Barra.ActuBarra(argument); }
-  void AF_GenImp() { Barra.AF_GenImp(); }
+  void ActuBarra(float argument = ProgressBar::kReset) { view.Barra.ActuBarra(argument); }
+  void AF_GenImp() { view.Barra.AF_GenImp(); }
 
   // The file errors are reported in: beside the staging database, or in the
   // program folder when there is none yet.

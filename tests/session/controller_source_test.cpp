@@ -77,10 +77,10 @@ TEST(ControllerStaging, BrowsingTheSourceFolder) {
   auto c = s.start(s.company.string() + "*" + before.string() + "*2");
   s.ui.folders = {std::nullopt, src.string()};
   c->cbBuscar_Click(0);  // cancelled: nothing changes, nothing staged
-  EXPECT_EQ(c->txtRuta, before.string());
+  EXPECT_EQ(c->view.txtRuta, before.string());
   EXPECT_EQ(s.staged("SELECT count(*) FROM Cargos"), "0");
   c->cbBuscar_Click(0);
-  EXPECT_EQ(c->txtRuta, src.string());
+  EXPECT_EQ(c->view.txtRuta, src.string());
   EXPECT_FALSE(s.preview.lblDatosCP_visible);
   EXPECT_EQ(s.staged("SELECT Cargo FROM Cargos"), "Peón");
   EXPECT_EQ(c->state.ChkOP, (std::array<bool, 5>{false, true, false, false, false}));
@@ -103,10 +103,10 @@ TEST(ControllerStaging, BrowsingTheSourceFolder) {
 
   // A source folder that is gone.
   c->cmbFormato_Click(2);
-  c->txtRuta = (s.tmp / "borrada").string();
+  c->view.txtRuta = (s.tmp / "borrada").string();
   c->cbActualizar_Click(0);
-  EXPECT_EQ(s.ui.log.back(), "AVISO: La carpeta " + c->txtRuta + " No existe");
-  EXPECT_FALSE(c->Barra.visible());
+  EXPECT_EQ(s.ui.log.back(), "AVISO: La carpeta " + c->view.txtRuta + " No existe");
+  EXPECT_FALSE(c->view.Barra.visible());
 }
 
 TEST(ControllerStaging, MatchingProgressAndReopeningTheDestination) {
@@ -116,7 +116,7 @@ TEST(ControllerStaging, MatchingProgressAndReopeningTheDestination) {
   c->ActuBarra();
   c->state.ChkOP = {true, true, false, false, false};
   c->BuscarArchivos((s.tmp / "origen").string());
-  EXPECT_FLOAT_EQ(c->Barra.percentage(), 2);  // one point per entry offered
+  EXPECT_FLOAT_EQ(c->view.Barra.percentage(), 2);  // one point per entry offered
   EXPECT_EQ(c->total_lines, 4);               // the file's three lines plus one
   EXPECT_EQ(c->state.ChkOP, (std::array<bool, 5>{true, false, false, false, false}));
   c->state.ChkOP = {false, false, false, false, true};  // no entry of group 5
@@ -140,20 +140,12 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   setenv("ODBCINI", (s.tmp / "odbc.ini").c_str(), 1);
   s.ui.data_sources = {"Sueldos"};
   session::MainWindowController c(s.prog, s.ui, s.importer, s.preview, s.mapping);
-  Log opened;
-  c.ListarODBC = [] { return Log{"Sueldos", "Otra"}; };
-  c.open_odbc = [&](const std::string& text) {
-    opened.push_back(text);
-    std::unique_ptr<db::Connection> conn;
-    db::open_odbc(text, conn);
-    return conn;
-  };
   c.Form_Load(s.company.string() + "**1");
   c.cbBuscar_Click(0);
-  EXPECT_EQ(opened, Log{"DSN=Sueldos;"});
-  EXPECT_EQ(c.txtRuta, "Sueldos");
-  ASSERT_TRUE(c.source && c.source->is_open());
-  if (!c.source || !c.source->is_open()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite";
+  EXPECT_EQ(c.view.txtRuta, "Sueldos");
+  ASSERT_TRUE(c.source);
+  if (!c.source->is_open()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite";
+  EXPECT_EQ(c.source->data_source_name(), "Sueldos");
   EXPECT_FALSE(s.preview.lblDatosCP_visible);  // staged with no folder test
   EXPECT_FALSE(kel_test::has_line(s.ui.log, "AVISO: La carpeta Sueldos No existe"));
   EXPECT_EQ(s.staged("SELECT Nombre FROM Empresa"), "Cargada");

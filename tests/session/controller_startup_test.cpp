@@ -40,7 +40,7 @@ TEST(ControllerStartup, CommandLineForms) {
     auto c = s.start(line);
     EXPECT_EQ(s.ui.log, row.log);
     EXPECT_EQ(c->state.cmbFormato_index, row.index);
-    EXPECT_EQ(c->txtRuta, row.txtRuta == "SRC" ? source : row.txtRuta);
+    EXPECT_EQ(c->view.txtRuta, row.txtRuta == "SRC" ? source : row.txtRuta);
     EXPECT_EQ(c->destination && c->destination->is_open(), row.destination);
     EXPECT_EQ(c->auto_refresh, row.auto_refresh);
     EXPECT_EQ(c->state.cbBuscar_enabled, row.browse);
@@ -56,10 +56,10 @@ TEST(ControllerStartup, CommandLineForms) {
 TEST(ControllerStartup, DestinationAloneOpensEverythingAndStagesNothing) {
   Session s;
   auto c = s.start("\"" + s.company.string() + "\"");
-  EXPECT_EQ(c->LblEmpresa, s.company.string());
+  EXPECT_EQ(c->view.LblEmpresa, s.company.string());
   EXPECT_EQ(c->staging_folder(), s.prog / "E001");
   EXPECT_TRUE(c->staging && c->staging->is_open());
-  EXPECT_EQ(c->cmbCodBPS.size(), 7u);
+  EXPECT_EQ(c->view.cmbCodBPS.size(), 7u);
   // Default months: Hasta the current month, Desde a year earlier, unticked.
   EXPECT_EQ(c->state.period.desde, session::Month::Current().AddMonths(-12));
   EXPECT_EQ(c->state.period.txtMes[0], "");
@@ -80,13 +80,19 @@ TEST(ControllerStartup, SourceOnTheCommandLineIsStagedAtTheFirstActivationOnly) 
   EXPECT_EQ(s.staged("SELECT count(*) FROM Empresa"), "0");  // nothing staged before activation
   EXPECT_EQ(s.preview.txtDatEmp[0], "");                     // the preview shows the empty staging
 
+  // While the load runs the view says so, for the window to keep its
+  // buttons disabled; afterwards it does not.
+  bool running_seen = false;
+  c.view.Barra.yield = [&] { running_seen = running_seen || c.view.running; };
   c.Form_Activate();
+  EXPECT_TRUE(running_seen);
+  EXPECT_FALSE(c.view.running);
   EXPECT_EQ(s.staged("SELECT Nombre FROM Empresa"), "Cargada");
   EXPECT_EQ(s.staged("SELECT count(*) FROM Cargos"), "0");  // no cargos file in the folder
   EXPECT_EQ(c.state.ChkOP, (std::array<bool, 5>{true, false, false, false, false}));
   EXPECT_FALSE(s.preview.lblDatosCP_visible);
   EXPECT_EQ(s.preview.txtDatEmp[0], "Cargada");  // the preview after the load
-  EXPECT_FALSE(c.Barra.visible());  // the load ends with a reset
+  EXPECT_FALSE(c.view.Barra.visible());  // the load ends with a reset
 
   kel_test::run_sqlite(s.staging_db, "DELETE FROM Empresa;");
   c.Form_Activate();
@@ -100,9 +106,9 @@ TEST(ControllerStartup, ExitSavesTheFormatKeysAndClosesTheSource) {
   c->state.ConcCrear = "12,15";
   c->state.relations.set(1, 0, 99);
   c->cbConfig_Click();
-  EXPECT_TRUE(c->AreConf_visible);
+  EXPECT_TRUE(c->view.AreConf_visible);
   c->cbConfig_Click();
-  EXPECT_FALSE(c->AreConf_visible);
+  EXPECT_FALSE(c->view.AreConf_visible);
 
   kel_test::make_source_company(s.tmp / "src.db", "ACME", "ACME SA");
   db::open_database((s.tmp / "src.db").string(), c->source);

@@ -14,6 +14,7 @@
 #include "db/sqlite_value.h"
 #include "db/file_kind.h"
 #include "db/jet_functions_sqlite.h"
+#include "db/sqlite_strftime.h"
 
 namespace db {
 
@@ -85,6 +86,7 @@ bool SqliteConnection::open(const std::string& path, JournalMode journal) {
     return false;
   }
   register_jet_functions(db);
+  register_quick_strftime(db);
   db_ = db;
   path_ = path;
   main_key_ = key_of(path);

@@ -1,9 +1,9 @@
 // staging/interchange_prefetch.h — reading and converting a data file's
 // records on a thread of their own, ahead of the statement that stores them.
 //
-// A load spends about a third of its time reading, decoding, splitting and
-// converting the file, and the rest in SQLite storing the rows. The two
-// need not wait for each other: a PrefetchReader reads the file on its own
+// A load spends a quarter to a third of its time reading, decoding,
+// splitting and converting the file, and the rest in SQLite storing the
+// rows. The two need not wait for each other: a PrefetchReader reads the file on its own
 // thread into batches of converted records and hands them over through a
 // short queue, so that on a machine with two cores the file is read while
 // SQLite writes. The queue holds a few batches of a few thousand records at

@@ -17,8 +17,9 @@
 #     (`.import`, untyped text columns, no keys);
 # each under /usr/bin/time -v, and prints both medians, their ratio (load /
 # import), each one's peak memory (largest of the runs) and CPU seconds (user
-# + system, median). Runs alternate so that a machine shared with other work
-# slows both alike. With BEFORE set to another build of bench_staging_load
+# + system, median); each round's line ends with the machine's load average
+# (/proc/loadavg), since on a shared machine the wall times follow it. Runs
+# alternate so that a machine shared with other work slows both alike. With BEFORE set to another build of bench_staging_load
 # (an earlier version of the load), it runs as a third contender in each
 # round, for a before/after table.
 set -eu
@@ -92,7 +93,7 @@ for n in $SIZES; do
   while [ "$i" -le "$RUNS" ]; do
     if [ -n "${BEFORE:-}" ]; then
       timed_load "$BEFORE" "$dir/before.times"
-      echo "  $n x $YEARS, ronda $i: carga anterior $(cut -d' ' -f1 "$dir/before.times" | tail -1) s"
+      echo "  $n x $YEARS, ronda $i: carga anterior $(cut -d' ' -f1 "$dir/before.times" | tail -1) s ($(cut -d' ' -f3 "$dir/before.times" | tail -1) s CPU)"
     fi
     timed_load "$BENCH" "$dir/load.times"
     rm -rf "$work"
@@ -100,7 +101,7 @@ for n in $SIZES; do
     $TIME -v sqlite3 "$work/import.db" <"$script" >"$dir/import.out" 2>"$dir/import.time" ||
       { cat "$dir/import.out" "$dir/import.time" >&2; exit 1; }
     measure "$dir/import.time" >>"$dir/import.times"
-    echo "  $n x $YEARS, ronda $i: carga $(cut -d' ' -f1 "$dir/load.times" | tail -1) s, .import $(cut -d' ' -f1 "$dir/import.times" | tail -1) s"
+    echo "  $n x $YEARS, ronda $i: carga $(cut -d' ' -f1 "$dir/load.times" | tail -1) s ($(cut -d' ' -f3 "$dir/load.times" | tail -1) s CPU), .import $(cut -d' ' -f1 "$dir/import.times" | tail -1) s ($(cut -d' ' -f3 "$dir/import.times" | tail -1) s CPU); carga media de la máquina $(cut -d' ' -f1-3 /proc/loadavg)"
     i=$((i + 1))
   done
   rm -rf "$work"

@@ -280,13 +280,45 @@ void fast_cstr(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
   result_text(ctx, out);
 }
 
+// "MM/yyyy" read as the first of that month ("2024-02-01" into `iso`), for
+// years 100-9999; false for any other text. The liquidation browser sorts by
+// CDate of such a month for every staged header, so this shape skips the
+// general reader; what it accepts the general reader reads alike.
+bool month_year_to_iso(std::string_view s, char (&iso)[10]) {
+  if (s.size() != 7 || s[2] != '/') return false;
+  for (std::size_t i : {0, 1, 3, 4, 5, 6})
+    if (s[i] < '0' || s[i] > '9') return false;
+  const int month = (s[0] - '0') * 10 + (s[1] - '0');
+  const int year = (s[3] - '0') * 1000 + (s[4] - '0') * 100 + (s[5] - '0') * 10 + (s[6] - '0');
+  if (month < 1 || month > 12 || year < 100) return false;
+  const char out[10] = {s[3], s[4], s[5], s[6], '-', s[0], s[1], '-', '0', '1'};
+  std::memcpy(iso, out, sizeof out);
+  return true;
+}
+
+// The bytes of a text argument as stored, without the terminating zero that
+// sqlite3_value_text adds: a column's text read from its page has none, and
+// adding it costs a copy into a fresh allocation for every row. For shape
+// checks of ASCII texts only (in a UTF-16 database these bytes match no
+// ASCII shape, and the caller falls back to the text as ArgText reads it).
+std::string_view stored_text(sqlite3_value* v) {
+  const auto* bytes = static_cast<const char*>(sqlite3_value_blob(v));
+  const int n = sqlite3_value_bytes(v);
+  return bytes != nullptr && n > 0 ? std::string_view(bytes, static_cast<std::size_t>(n)) : std::string_view();
+}
+
 void fast_cdate(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
   if (sqlite3_value_type(argv[0]) != SQLITE_TEXT) return udf1<fn::CDate>(ctx, argc, argv);
-  ArgText s(argv[0]);
-  if (s.view().size() == 10 && jet::parse_iso(s.view())) {
-    result_text(ctx, s.view());  // already a stored date
+  const std::string_view raw = stored_text(argv[0]);
+  if (raw.size() == 10 && jet::parse_iso(raw)) {
+    result_text(ctx, raw);  // already a stored date
     return;
   }
+  if (char iso[10]; month_year_to_iso(raw, iso)) {
+    sqlite3_result_text(ctx, iso, sizeof iso, SQLITE_TRANSIENT);
+    return;
+  }
+  ArgText s(argv[0]);
   std::optional<jet::DateTime> d = jet::parse_date_text(s.view());
   if (!d) return udf1<fn::CDate>(ctx, argc, argv);  // raises the error
   std::string& out = scratch();

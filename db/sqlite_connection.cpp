@@ -15,6 +15,7 @@
 #include "db/file_kind.h"
 #include "db/jet/collation.h"
 #include "db/jet_functions_sqlite.h"
+#include "db/sqlite_strftime.h"
 
 namespace db {
 
@@ -94,6 +95,7 @@ bool SqliteConnection::open(const std::string& path, JournalMode journal) {
   }
   register_jet_functions(db);
   sqlite3_create_collation_v2(db, jet::kCollationName, SQLITE_UTF8, nullptr, CompareJetText, nullptr);
+  register_quick_strftime(db);
   db_ = db;
   path_ = path;
   main_key_ = key_of(path);

@@ -5,6 +5,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <exception>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -14,6 +15,7 @@
 #include "db/sqlite_connection.h"
 #include "settings/strings.h"
 #include "staging/interchange_convert.h"
+#include "staging/interchange_prefetch.h"
 #include "staging/interchange_stream.h"
 
 namespace staging {
@@ -26,11 +28,9 @@ constexpr int kDetailedWarnings = 10;
 // The module's name in the connection.
 constexpr const char* kModuleName = "kel_intercambio";
 
-// Where each table column's value comes from.
-struct ColumnPlan {
-  settings::DataColumn column;  // name and type in the table
-  int field = -1;               // index of the field in a record; -1: none (Null)
-};
+// Where each table column's value comes from: its name and type in the
+// table, and the index of its field in a record (-1: none, Null).
+using ColumnPlan = PrefetchColumn;
 
 const char* SqlType(settings::ColumnType type) {
   switch (type) {
@@ -142,8 +142,9 @@ struct VTab : sqlite3_vtab {
 
 struct Cursor : sqlite3_vtab_cursor {
   std::shared_ptr<DataTableSource> source;
-  std::unique_ptr<DataFileReader> reader;
-  std::vector<FieldValue> values;
+  // Reads and converts the file on its own thread while SQLite stores the
+  // rows already read.
+  std::unique_ptr<PrefetchReader> reader;
   std::int64_t line = 0;
   bool eof = true;
   ScanReport report;
@@ -197,7 +198,6 @@ int BestIndex(sqlite3_vtab* vtab, sqlite3_index_info* info) {
 int Open(sqlite3_vtab* vtab, sqlite3_vtab_cursor** out) {
   auto* cursor = new Cursor();
   cursor->source = static_cast<VTab*>(vtab)->source;
-  cursor->values.resize(cursor->source->plan.size());
   *out = cursor;
   return SQLITE_OK;
 }
@@ -226,41 +226,35 @@ void FinishScan(Cursor& c) {
 int Next(sqlite3_vtab_cursor* base) {
   auto& c = *static_cast<Cursor*>(base);
   DataTableSource& s = *c.source;
+  const PrefetchedRecord* r = nullptr;
   do {
-    if (!c.reader->next()) {
+    r = c.reader->next();
+    if (!r) {
       c.eof = true;
       if (!c.reader->error().empty()) return SetError(base->pVtab, c.reader->error());
       FinishScan(c);
       return SQLITE_OK;
     }
-  } while (!s.removed_lines.empty() && s.removed_lines.count(static_cast<std::int64_t>(c.reader->line())) != 0);
-  const DataFileReader& r = *c.reader;
-  const auto& fields = r.fields();
-  c.line = static_cast<std::int64_t>(r.line());
+  } while (!s.removed_lines.empty() && s.removed_lines.count(r->line) != 0);
+  c.line = r->line;
+  const auto line = static_cast<std::size_t>(r->line);
   ++c.report.rows;
-  if (r.unterminated_quote()) {
-    c.report.warnings.push_back(s.name + ", línea " + std::to_string(r.line()) +
+  if (r->unterminated_quote) {
+    c.report.warnings.push_back(s.name + ", línea " + std::to_string(line) +
                                 ": las comillas no se cierran antes del fin del archivo");
   }
   if (s.declared_fields > 0) {
-    if (fields.size() < s.declared_fields && c.short_records++ == 0) c.first_short = r.line();
-    if (fields.size() > s.declared_fields && c.long_records++ == 0) c.first_long = r.line();
+    if (r->field_count < s.declared_fields && c.short_records++ == 0) c.first_short = line;
+    if (r->field_count > s.declared_fields && c.long_records++ == 0) c.first_long = line;
   }
-  for (std::size_t i = 0; i < s.plan.size(); ++i) {
-    const ColumnPlan& p = s.plan[i];
-    std::string_view field;
-    bool quoted = false;
-    if (p.field >= 0 && static_cast<std::size_t>(p.field) < fields.size()) {
-      field = fields[static_cast<std::size_t>(p.field)];
-      quoted = r.quoted()[static_cast<std::size_t>(p.field)];
-    }
-    if (!ConvertField(field, p.column, s.layout.decimal_separator, c.values[i], quoted)) {
-      ++c.report.bad_values;
-      if (c.detailed++ < kDetailedWarnings) {
-        c.report.warnings.push_back(s.name + ", línea " + std::to_string(r.line()) + ", columna " + p.column.name +
-                                    ": '" + std::string(field) + "' no es " + ExpectedText(p.column) +
-                                    "; queda vacío");
-      }
+  for (std::uint32_t i = 0; i < r->bad_count; ++i) {
+    const PrefetchedBadField& bad = c.reader->bad_field(i);
+    ++c.report.bad_values;
+    if (c.detailed++ < kDetailedWarnings) {
+      const settings::DataColumn& column = s.plan[bad.column].column;
+      c.report.warnings.push_back(s.name + ", línea " + std::to_string(line) + ", columna " + column.name + ": '" +
+                                  std::string(c.reader->text(bad)) + "' no es " + ExpectedText(column) +
+                                  "; queda vacío");
     }
   }
   return SQLITE_OK;
@@ -272,18 +266,14 @@ int Filter(sqlite3_vtab_cursor* base, int, const char*, int, sqlite3_value**) {
   c.report = {};
   c.detailed = 0;
   c.short_records = c.long_records = 0;
-  c.reader = std::make_unique<DataFileReader>(s.file, s.encoding, s.layout);
+  c.reader.reset();  // a scan started again: the earlier one's thread stops first
+  try {
+    c.reader = std::make_unique<PrefetchReader>(s.file, s.encoding, s.layout, s.plan);
+  } catch (const std::exception&) {  // no thread or no memory: nothing may reach SQLite's C code
+    c.eof = true;
+    return SetError(base->pVtab, "No se pudo empezar a leer el archivo de datos " + s.file.string());
+  }
   c.eof = false;
-  if (!c.reader->error().empty()) {
-    c.eof = true;
-    return SetError(base->pVtab, c.reader->error());
-  }
-  if (s.layout.header && !c.reader->next()) {  // the header line is not a row
-    c.eof = true;
-    if (!c.reader->error().empty()) return SetError(base->pVtab, c.reader->error());
-    FinishScan(c);
-    return SQLITE_OK;
-  }
   return Next(base);
 }
 
@@ -297,11 +287,11 @@ int Eof(sqlite3_vtab_cursor* base) { return static_cast<Cursor*>(base)->eof ? 1 
 int Column(sqlite3_vtab_cursor* base, sqlite3_context* ctx, int n) {
   auto& c = *static_cast<Cursor*>(base);
   const auto i = static_cast<std::size_t>(n);
-  if (i >= c.values.size()) {
+  if (i >= c.source->plan.size()) {
     sqlite3_result_int64(ctx, c.line);
     return SQLITE_OK;
   }
-  const FieldValue& v = c.values[i];
+  const PrefetchedValue& v = c.reader->value(i);
   switch (v.kind) {
     case FieldValue::Kind::Null:
       sqlite3_result_null(ctx);
@@ -313,9 +303,9 @@ int Column(sqlite3_vtab_cursor* base, sqlite3_context* ctx, int n) {
       sqlite3_result_double(ctx, v.real);
       break;
     case FieldValue::Kind::Text:
-      // Copied: the field's text is gone at the next record, and a sort or
-      // an aggregate may keep the value longer.
-      sqlite3_result_text(ctx, v.text.empty() ? "" : v.text.data(), static_cast<int>(v.text.size()),
+      // Copied: the batch's text is reused, and a sort or an aggregate may
+      // keep the value longer.
+      sqlite3_result_text(ctx, v.text_size == 0 ? "" : c.reader->text(v).data(), static_cast<int>(v.text_size),
                           SQLITE_TRANSIENT);
       break;
   }

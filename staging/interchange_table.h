@@ -8,7 +8,8 @@
 //   Insert into Personas Select ... From Imp_Personas
 // The table is a SQLite virtual table in the TEMP schema: every scan reads
 // the file from disk in blocks, decodes, splits and converts each record as
-// it goes, and nothing is copied in between. A file of any length loads in
+// it goes (on a thread of its own, a few batches ahead of SQLite: see
+// interchange_prefetch.h), and nothing is copied in between. A file of any length loads in
 // the same small memory, and each row is written once, into its staging
 // table. It is dropped after the entry's statements.
 //

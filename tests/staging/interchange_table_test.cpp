@@ -157,3 +157,33 @@ TEST_F(InterchangeTable, LongFileReadInBlocksWithAStrayByte) {
   EXPECT_TRUE(Contains(load.warnings, "largo.csv")) << load.warnings.size();
   EXPECT_TRUE(Contains(load.warnings, "línea 120002"));
 }
+
+// The file is read on a thread of its own, batches ahead of the statement:
+// over many batches every row still arrives once, in file order with its
+// line; a scan left early or started again (the inner side of a join) stops
+// its reader cleanly; rows set aside stay out of later scans; and the
+// problems are counted by the first whole scan, as they were found.
+TEST_F(InterchangeTable, ManyBatchesArriveInOrderAndScansStopCleanly) {
+  auto& c = *connection_;
+  auto layout = Layout({"Tabla=Imp_P", "Encabezado=Si", "Columna=id:entero", "Columna=n:entero", "Columna=t"});
+  std::string text = "id;n;t\n";
+  const int rows = 30000;  // several batches of the reading thread
+  for (int i = 1; i <= rows; ++i)
+    text += std::to_string(i) + ";" + (i % 1000 == 0 ? std::string("x") : std::to_string(2 * i)) + ";fila " +
+            std::to_string(i) + "\n";
+  auto file = dir_.write("muchas.csv", text);
+  auto table = OpenDataTable(c, file, layout);
+  ASSERT_TRUE(table.ok()) << table.error();
+  EXPECT_EQ(QueryText(c, "SELECT count(*) || ' ' || sum(id = _linea - 1) || ' ' || sum(t = 'fila ' || id) || ' ' || "
+                         "count(n) || ' ' || sum(n) FROM Imp_P"),
+            "30000 30000 30000 29970 899100000");
+  EXPECT_EQ(QueryText(c, "SELECT group_concat(id) FROM (SELECT id FROM Imp_P LIMIT 3)"), "1,2,3");
+  EXPECT_EQ(QueryText(c, "SELECT count(*) FROM Imp_P AS a, Imp_P AS b WHERE a.id <= 3 AND b.id <= 2"), "6");
+  c.execute_native("DELETE FROM temp.Imp_P WHERE id BETWEEN 10000 AND 20000");
+  EXPECT_EQ(QueryText(c, "SELECT count(*) || ' ' || sum(id BETWEEN 10000 AND 20000) FROM Imp_P"), "19999 0");
+  auto load = table.Close();
+  EXPECT_EQ(load.rows, rows);
+  EXPECT_EQ(load.bad_values, 30);
+  EXPECT_TRUE(Contains(load.warnings, "muchas.csv, línea 1001, columna n: 'x' no es un número entero; queda vacío"));
+  EXPECT_TRUE(Contains(load.warnings, "20 valores más no se pudieron convertir"));
+}

@@ -2,19 +2,19 @@
 #include "lookup/lookup_model.h"
 
 #include <algorithm>
-#include <cctype>
 
+#include "db/jet/collation.h"
 #include "settings/strings.h"
 
 namespace lookup {
 namespace {
 
+// True when `text` begins with `prefix` in Jet's text comparison: case does
+// not count, accented capitals included ('ñ' finds "Ñandú"), accents do. A
+// letter and its other case take the same bytes in UTF-8, so the prefix's
+// length in bytes is the completed part's.
 bool starts_with_ignoring_case(std::string_view text, std::string_view prefix) {
-  if (prefix.size() > text.size()) return false;
-  for (std::size_t i = 0; i < prefix.size(); ++i)
-    if (std::tolower(static_cast<unsigned char>(text[i])) != std::tolower(static_cast<unsigned char>(prefix[i])))
-      return false;
-  return true;
+  return prefix.size() <= text.size() && db::jet::compare_text(text.substr(0, prefix.size()), prefix) == 0;
 }
 
 // Drops the last character of a UTF-8 text (all its bytes).

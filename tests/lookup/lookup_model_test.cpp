@@ -100,6 +100,18 @@ TEST(LookupModel, TypeAheadCompletesTheFirstMatchAndSelectsTheTail) {
   EXPECT_EQ(r.m.indSel(), -1);
   EXPECT_FALSE(r.m.list_visible());
 
+  // Accented capitals fold like plain ones; accents themselves still count.
+  LookupModel accented;
+  accented.CargarDatos({{"1", "AN", "Ánimo"}, {"2", "NA", "Ñandú"}, {"3", "NO", "Nómina"}});
+  accented.set_focus(Focus::kDescripcion);
+  accented.descripcion_changed("ñ", 2);
+  EXPECT_EQ(accented.txtDescripcion(), "Ñandú");
+  EXPECT_EQ(accented.sel_start(), 2u);
+  accented.descripcion_changed("nÓ", 3);
+  EXPECT_EQ(accented.indSel(), 2);
+  accented.descripcion_changed("an", 2);
+  EXPECT_EQ(accented.indSel(), -1);
+
   // Without the focus (the lookup's own changes) there is no type-ahead.
   r.m.set_focus(Focus::kCodigo);
   r.m.descripcion_changed("su", 2);

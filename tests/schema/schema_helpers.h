@@ -13,56 +13,36 @@
 #include <vector>
 
 #include "schema/database_scripts.h"
+#include "support/sqlite_file.h"
 #include "support/temp_dir.h"
 
 namespace schema_test {
 
-// An open SQLite database; closes at destruction. Failures fail the current test
-// with the engine's message.
-class Db {
- public:
-  explicit Db(const std::filesystem::path& path) {
-    if (sqlite3_open_v2(path.string().c_str(), &db_, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
-      ADD_FAILURE() << "no se pudo abrir " << path << ": " << sqlite3_errmsg(db_);
-  }
-  ~Db() { sqlite3_close(db_); }
-  Db(const Db&) = delete;
-  Db& operator=(const Db&) = delete;
-  sqlite3* handle() const { return db_; }
+using Rows = std::vector<std::string>;
 
-  void exec(const std::string& sql) {
-    char* message = nullptr;
-    if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, &message) != SQLITE_OK)
-      ADD_FAILURE() << (message ? message : "?") << "\n  en: " << sql;
-    sqlite3_free(message);
-  }
-  // Rows of a query, every value as text ("NULL" for Null).
-  std::vector<std::vector<std::string>> rows(const std::string& sql) {
-    std::vector<std::vector<std::string>> result;
-    sqlite3_stmt* stmt = nullptr;
-    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) {
-      ADD_FAILURE() << sqlite3_errmsg(db_) << "\n  en: " << sql;
-      return result;
-    }
-    while (sqlite3_step(stmt) == SQLITE_ROW) {
-      std::vector<std::string>& row = result.emplace_back();
-      for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
-        const unsigned char* text = sqlite3_column_text(stmt, i);
-        row.push_back(text ? reinterpret_cast<const char*>(text) : "NULL");
-      }
-    }
-    sqlite3_finalize(stmt);
-    return result;
+// A database file read and written with plain SQLite; a statement or query
+// the engine refuses fails the current test with its message.
+struct Db {
+  std::filesystem::path file;
+  // Runs native statements in one transaction.
+  void exec(const std::string& sql) const { test_support::run_sqlite(file, sql); }
+  // Every row of a query, its values joined by "|", Null as "-".
+  Rows rows(const std::string& sql) const {
+    Rows out;
+    test_support::for_each_row(file, sql, {}, true, [&](sqlite3_stmt* st) {
+      std::string row;
+      for (int i = 0; i < sqlite3_column_count(st); ++i)
+        row += (i ? "|" : "") + (sqlite3_column_type(st, i) == SQLITE_NULL ? "-" : test_support::column_text(st, i));
+      out.push_back(row);
+    });
+    return out;
   }
   // The single value of a query as text.
-  std::string value(const std::string& sql) {
-    const auto result = rows(sql);
-    if (result.empty() || result.front().empty()) ADD_FAILURE() << "sin filas: " << sql;
-    return result.empty() || result.front().empty() ? "" : result.front().front();
+  std::string value(const std::string& sql) const {
+    const Rows result = rows(sql);
+    if (result.empty()) ADD_FAILURE() << "sin filas: " << sql;
+    return result.empty() ? "" : result.front();
   }
-
- private:
-  sqlite3* db_ = nullptr;
 };
 
 // Creates <dir>/<name> from the named scripts of the source tree's schema folder.

@@ -13,28 +13,36 @@
 #include <vector>
 
 #include "schema/database_scripts.h"
-#include "support/sqlite_file.h"
 #include "support/temp_dir.h"
 
 namespace schema_test {
 
 using Rows = std::vector<std::string>;
 
-// A database file read and written with plain SQLite; a statement or query
-// the engine refuses fails the current test with its message.
+// A database file read and written with plain SQLite, opened afresh for each
+// call; a statement or query the engine refuses fails the current test with
+// its message. (The shared SQLite-file helpers register the translator's
+// collation, which would tie these tests to the translator.)
 struct Db {
   std::filesystem::path file;
-  // Runs native statements in one transaction.
-  void exec(const std::string& sql) const { test_support::run_sqlite(file, sql); }
-  // Every row of a query, its values joined by "|", Null as "-".
+  // Runs native statements.
+  void exec(const std::string& sql) const { rows(sql); }
+  // Every row the statements of `sql` give, its values joined by "|", Null as "-".
   Rows rows(const std::string& sql) const {
     Rows out;
-    test_support::for_each_row(file, sql, {}, true, [&](sqlite3_stmt* st) {
+    sqlite3* db = nullptr;
+    sqlite3_open_v2(file.string().c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
+    char* message = nullptr;
+    auto add = [](void* rows, int count, char** values, char**) {
       std::string row;
-      for (int i = 0; i < sqlite3_column_count(st); ++i)
-        row += (i ? "|" : "") + (sqlite3_column_type(st, i) == SQLITE_NULL ? "-" : test_support::column_text(st, i));
-      out.push_back(row);
-    });
+      for (int i = 0; i < count; ++i) row += (i ? "|" : "") + std::string(values[i] ? values[i] : "-");
+      static_cast<Rows*>(rows)->push_back(row);
+      return 0;
+    };
+    if (sqlite3_exec(db, sql.c_str(), add, &out, &message) != SQLITE_OK)
+      ADD_FAILURE() << (message ? message : "?") << "\n  en: " << sql;
+    sqlite3_free(message);
+    sqlite3_close(db);
     return out;
   }
   // The single value of a query as text.

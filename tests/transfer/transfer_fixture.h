@@ -2,7 +2,9 @@
 // (the schemas, and for StepTest KEL's base data too) with both connections
 // open, scripted answers, a context for the steps, and whole-table reads to
 // compare with an answer worked out beforehand (values joined by "|", Null
-// written as "-").
+// written as "-"). The concepts and liquidations tests in
+// tests/concepts_liquidations use it too; they live apart because they also
+// load data files, which takes the whole program.
 #pragma once
 
 #include <gtest/gtest.h>

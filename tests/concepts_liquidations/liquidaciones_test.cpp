@@ -1,8 +1,8 @@
-// tests/transfer/liquidaciones_test.cpp — the liquidations step
+// tests/concepts_liquidations/liquidaciones_test.cpp — the liquidations step
 // on a small company whose right answer was worked out by hand: month range,
 // headers and their existence test, lines, calendar, leave and totals.
 #include "db/error.h"
-#include "transfer_fixture.h"
+#include "transfer/transfer_fixture.h"
 #include "transfer/liquidaciones.h"
 
 namespace transfer_test {

@@ -1,8 +1,8 @@
-// tests/transfer/conceptos_test.cpp — the concepts and
+// tests/concepts_liquidations/conceptos_test.cpp — the concepts and
 // liquidation types step: what is created, under which ids and names, and
 // what the Yes and No answers do.
 #include "db/error.h"
-#include "transfer_fixture.h"
+#include "transfer/transfer_fixture.h"
 #include "transfer/conceptos.h"
 
 namespace transfer_test {

@@ -13,6 +13,7 @@
 #include "db/sqlite_messages.h"
 #include "db/sqlite_value.h"
 #include "db/file_kind.h"
+#include "db/jet/collation.h"
 #include "db/jet_functions_sqlite.h"
 
 namespace db {
@@ -28,6 +29,13 @@ constexpr std::size_t kTranslationCacheLimit = 512;
 
 const std::string kRefused = "La base de datos rechazó la instrucción: ";
 
+// Jet's text order as an SQLite collation. The translator names it in the
+// statements (never in a table's declaration), so the files stay usable by
+// any SQLite program.
+int CompareJetText(void*, int a_size, const void* a, int b_size, const void* b) {
+  return jet::compare_text(std::string_view(static_cast<const char*>(a), static_cast<std::size_t>(a_size)),
+                           std::string_view(static_cast<const char*>(b), static_cast<std::size_t>(b_size)));
+}
 
 }  // namespace
 
@@ -85,6 +93,7 @@ bool SqliteConnection::open(const std::string& path, JournalMode journal) {
     return false;
   }
   register_jet_functions(db);
+  sqlite3_create_collation_v2(db, jet::kCollationName, SQLITE_UTF8, nullptr, CompareJetText, nullptr);
   db_ = db;
   path_ = path;
   main_key_ = key_of(path);

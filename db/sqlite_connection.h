@@ -87,6 +87,8 @@ class SqliteConnection final : public Connection, public jet::TranslationContext
   std::string attach(const std::string& path) override;
   std::vector<std::string> table_columns(const std::string& schema,
                                          const std::string& table) override;
+  std::vector<std::pair<std::string, std::string>> table_column_types(
+      const std::string& schema, const std::string& table) override;
   std::vector<std::string> select_columns(const std::string& sqlite_select) override;
 
  private:

@@ -140,6 +140,40 @@ std::vector<std::string> SqliteConnection::table_columns(const std::string& sche
   return names;
 }
 
+std::vector<std::pair<std::string, std::string>> SqliteConnection::table_column_types(
+    const std::string& schema, const std::string& table) {
+  std::vector<std::pair<std::string, std::string>> columns;
+  if (!db_) return columns;
+  // Asked for every table of every statement translated: the query stays
+  // prepared. Without a schema SQLite looks in TEMP first, as an unqualified
+  // name does.
+  bool main = schema == "main";
+  sqlite3_stmt* stmt = statements_.get(db_, main ? "SELECT name, type FROM pragma_table_info(?1)"
+                                                 : "SELECT name, type FROM pragma_table_info(?1, ?2)");
+  if (!stmt) return columns;
+  sqlite3_bind_text(stmt, 1, table.c_str(), -1, SQLITE_TRANSIENT);
+  if (!main) sqlite3_bind_text(stmt, 2, schema.c_str(), -1, SQLITE_TRANSIENT);
+  while (sqlite3_step(stmt) == SQLITE_ROW) {
+    const unsigned char* name = sqlite3_column_text(stmt, 0);
+    const unsigned char* type = sqlite3_column_text(stmt, 1);
+    columns.emplace_back(name ? reinterpret_cast<const char*>(name) : "",
+                         type ? reinterpret_cast<const char*>(type) : "");
+  }
+  sqlite3_reset(stmt);
+  sqlite3_clear_bindings(stmt);
+  // The declared collation is part of how the column compares: "TEXT" of a
+  // column declared "TEXT COLLATE NOCASE" becomes the whole declaration.
+  for (auto& [name, type] : columns) {
+    const char* collation = nullptr;
+    if (sqlite3_table_column_metadata(db_, main ? nullptr : schema.c_str(), table.c_str(), name.c_str(), nullptr,
+                                      &collation, nullptr, nullptr, nullptr) == SQLITE_OK &&
+        collation != nullptr && sqlite3_stricmp(collation, "BINARY") != 0) {
+      type += std::string(" COLLATE ") + collation;
+    }
+  }
+  return columns;
+}
+
 std::vector<std::string> SqliteConnection::select_columns(const std::string& sqlite_select) {
   if (!db_) throw Error("La conexión no está abierta", {}, sqlite_select);
   StmtGuard guard;

@@ -4,6 +4,9 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <optional>
+
+#include "db/jet/date.h"
 
 namespace staging {
 
@@ -73,6 +76,61 @@ bool ParseReal(std::string_view s, double* out) {
   return result.ec == std::errc() && result.ptr == s.data() + s.size();
 }
 
+// A time of day "h:mm", "hh:mm:ss" (a fraction of a second such as ".000"
+// allowed and dropped), or nullopt.
+std::optional<db::jet::DateTime> ParseTimeOfDay(std::string_view s) {
+  auto digits = [&](std::size_t& at, std::size_t min, std::size_t max, int& value) {
+    std::size_t n = 0;
+    value = 0;
+    while (n < max && at + n < s.size() && s[at + n] >= '0' && s[at + n] <= '9') {
+      value = value * 10 + (s[at + n] - '0');
+      ++n;
+    }
+    at += n;
+    return n >= min;
+  };
+  db::jet::DateTime t;
+  std::size_t at = 0;
+  if (!digits(at, 1, 2, t.hour) || at >= s.size() || s[at++] != ':' || !digits(at, 2, 2, t.minute)) {
+    return std::nullopt;
+  }
+  if (at < s.size() && s[at] == ':') {
+    ++at;
+    if (!digits(at, 2, 2, t.second)) return std::nullopt;
+    if (at < s.size() && s[at] == '.') {
+      int ignored = 0;
+      ++at;
+      if (!digits(at, 1, 9, ignored)) return std::nullopt;
+    }
+  }
+  if (at != s.size() || t.hour > 23 || t.minute > 59 || t.second > 59) return std::nullopt;
+  return t;
+}
+
+// A date field read with the column's pattern. Source programs often write a
+// date column as a whole timestamp ("2024-02-29 00:00:00"), so a time of day
+// after the date is accepted. The stored text is the one form every date the
+// program writes takes (db::jet::format_iso): the date alone at midnight,
+// otherwise "yyyy-MM-dd hh:nn:ss", so that the same day compares equal
+// whichever way the source wrote it.
+std::optional<std::string> ConvertDate(std::string_view s, std::string_view pattern) {
+  if (auto iso = settings::ParseDateWithPattern(s, pattern)) return iso;
+  for (std::size_t cut = s.size(); cut-- > 0;) {
+    if (s[cut] != ' ' && s[cut] != 'T') continue;
+    auto time = ParseTimeOfDay(s.substr(cut + 1));
+    if (!time) continue;
+    auto iso = settings::ParseDateWithPattern(s.substr(0, cut), pattern);
+    if (!iso) return std::nullopt;
+    auto date = db::jet::parse_iso(*iso);
+    if (!date) return std::nullopt;
+    date->hour = time->hour;
+    date->minute = time->minute;
+    date->second = time->second;
+    return db::jet::format_iso(*date);
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 bool ConvertField(std::string_view field, const settings::DataColumn& column, char decimal_separator,
@@ -124,7 +182,7 @@ bool ConvertField(std::string_view field, const settings::DataColumn& column, ch
       return true;
     }
     case settings::ColumnType::Date: {
-      auto iso = settings::ParseDateWithPattern(s, column.date_pattern);
+      auto iso = ConvertDate(s, column.date_pattern);
       if (!iso) return false;
       out.iso = std::move(*iso);
       out.kind = FieldValue::Kind::Text;

@@ -5,7 +5,9 @@
 // which is an empty text. Integers are whole numbers with an optional sign (a
 // whole value written with decimals, "12.00", is accepted too, as spreadsheets
 // write them); reals use the layout's decimal separator; dates are read with
-// the column's pattern and stored as ISO text "YYYY-MM-DD". A field that does
+// the column's pattern, optionally followed by a time of day ("2024-02-29
+// 00:00:00"), and stored as ISO text: "YYYY-MM-DD" at midnight, otherwise
+// "YYYY-MM-DD hh:nn:ss". A field that does
 // not convert becomes Null and counts as a bad value: the load goes on.
 #pragma once
 

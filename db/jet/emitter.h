@@ -12,6 +12,7 @@
 #pragma once
 
 #include <map>
+#include <utility>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -27,6 +28,10 @@ class Emitter {
   // `source` is the Jet text (for error positions); both must outlive the emitter.
   Emitter(std::string_view source, TranslationContext& context);
 
+  // What an operand holds, as far as the statement and the declared column
+  // types tell (emitter_kinds.cpp).
+  enum class Kind { kText, kNumber, kDate, kUnknown };
+
   // The SQLite statement for `statement`. Throws TranslateError for what
   // cannot be translated; lets db::Error from the context pass through.
   Translation Emit(const Statement& statement);
@@ -36,6 +41,7 @@ class Emitter {
   struct ScopeEntry {
     std::string name;              // alias, or the table's name
     const Select* derived = nullptr;  // the subquery of a derived table
+    const TableRef* table = nullptr;  // the table, for a table
   };
   struct Scope {
     std::vector<ScopeEntry> entries;
@@ -70,7 +76,9 @@ class Emitter {
   std::string EmitSelect(const Select& select);
   std::string EmitSelectCore(const Select& select, bool with_limit);
   std::string EmitUnionMember(const Select& member);
-  std::string EmitOrderBy(const std::vector<OrderItem>& order_by);
+  // `first_member`: the first select of a Union, whose outputs the names name.
+  std::string EmitOrderBy(const std::vector<OrderItem>& order_by,
+                          const Select* first_member = nullptr);
   std::string EmitFromItem(const FromItem& item, bool right_operand);
   std::string EmitTableRef(const TableRef& table);
   std::string SchemaOf(const TableRef& table);
@@ -88,10 +96,40 @@ class Emitter {
   std::string Call(const Expr& e, bool boolean);
   bool IsBoolean(const Expr& e) const;
 
+  // Operand kinds (emitter_kinds.cpp). KindOf: what `e` holds. IsTextual:
+  // whether two operands compare as texts (neither is a number or a date), so
+  // the comparison needs Jet's collation. Collated: `text` (the SQLite text
+  // of `e`) with "COLLATE jet_es" when `e` may be text. ImplicitText: `text`
+  // as CStr shows it when `e` is a date (Jet's implicit text of a date).
+  Kind KindOf(const Expr& e);
+  static bool IsTextual(Kind a, Kind b);
+  std::string Collated(const Expr& e, std::string text);
+  std::string ImplicitText(const Expr& e, std::string text);
+  Kind ColumnKind(const Expr& column);
+  Kind ScopeColumnKind(const Expr& column, bool& found, std::string* declared = nullptr);
+  Kind EntryColumnKind(const ScopeEntry& entry, std::string_view column, bool& found,
+                       std::string* declared = nullptr);
+  // The declared collation ("NOCASE", "BINARY") of `e` when it is a text
+  // column of a table, else empty.
+  std::string ColumnCollation(const Expr& e);
+  // The declaration (upper case) of `e` when it is a text column of a table.
+  std::string DeclaredType(const Expr& e);
+  // Whether comparing two text operands natively gives Jet's answer and keeps
+  // the tables' indexes usable: two columns declared with the same collation
+  // (the schema's own comparison: its text columns are all NOCASE, its dates
+  // plain TEXT), or, for = and <>, a NOCASE column and a text of ASCII
+  // characters only (under which NOCASE and jet_es agree exactly).
+  bool NativeComparisonSuffices(const Expr& a, const Expr& b, bool equality);
+  Kind OutputKind(const Select& select, std::string_view name, bool& found,
+                  std::string* declared = nullptr);
+  Kind FirstItemKind(const Select& select);
+
   std::string_view source_;
   TranslationContext& context_;
   Scope* scope_ = nullptr;
   std::map<std::string, std::string> schemas_;  // attach() results by path
+  // Declared column types by "SCHEMA.TABLE" (upper case), asked once per statement.
+  std::map<std::string, std::vector<std::pair<std::string, std::string>>> column_types_;
 };
 
 }  // namespace db::jet

@@ -6,6 +6,7 @@
 // its bitwise logic on numbers go through the jet_* functions.
 #include <string>
 
+#include "db/jet/collation.h"
 #include "db/jet/emitter.h"
 #include "db/jet/emitter_functions.h"
 #include "db/jet/emitter_text.h"
@@ -39,30 +40,6 @@ const char* LogicFunction(Op op) {
   }
 }
 
-// Whether `e` may yield text without being a column: a text literal, &, or a
-// function that returns text.
-bool MayBeText(const Expr& e) {
-  static const char* const kTextFunctions[] = {"Trim", "LTrim", "RTrim", "Left", "Right",
-                                               "Mid", "UCase", "LCase", "Upper", "Lower",
-                                               "Format", "CStr", "Nz", "Space", "IIf"};
-  if (e.kind == ExprKind::kString) return true;
-  if (e.kind == ExprKind::kBinary) return e.op == Op::kConcat;
-  if (e.kind != ExprKind::kCall) return false;
-  for (const char* name : kTextFunctions) {
-    if (SameName(e.text, name)) return true;
-  }
-  return false;
-}
-
-// Jet compares texts without regard to case. Text columns are declared
-// COLLATE NOCASE, and a comparison with a column uses the column's collation;
-// only a comparison of two non-column expressions needs the collation spelled
-// out. Columns are left alone so that their indexes stay usable.
-bool NeedsNocase(const Expr& a, const Expr& b) {
-  if (a.kind == ExprKind::kColumn || b.kind == ExprKind::kColumn) return false;
-  return MayBeText(a) || MayBeText(b);
-}
-
 std::string Call2(const char* function, const std::string& a, const std::string& b) {
   return std::string(function) + "(" + a + ", " + b + ")";
 }
@@ -77,6 +54,18 @@ bool IsAggregate(std::string_view name) {
 bool IsNumberLiteral(const Expr& e) {
   if (e.kind == ExprKind::kNumber) return true;
   return e.kind == ExprKind::kUnary && e.op == Op::kNeg && e.args[0]->kind == ExprKind::kNumber;
+}
+
+// Whether function `name` reads its arguments as texts, so that a date passed
+// to it is its implicit text (InStr's start and Mid's lengths are numbers,
+// never dates).
+bool ReadsText(std::string_view name) {
+  for (const char* function : {"Left", "Right", "Mid", "Len", "Trim", "LTrim", "RTrim", "UCase",
+                               "LCase", "Upper", "Lower", "InStr", "InStrRev", "Replace",
+                               "StrReverse", "Asc"}) {
+    if (SameName(name, function)) return true;
+  }
+  return false;
 }
 
 // Whether `e` is known to be a date while translating: a #...# literal or a
@@ -164,6 +153,12 @@ std::string Emitter::Value(const Expr& e) {
   // Operands are emitted left to right (databases attach in reading order).
   std::string a = Value(*e.args[0]);
   std::string b = Value(*e.args[1]);
+  // Jet's implicit text of a date is the one CStr gives ("29/02/2024").
+  if (e.op == Op::kConcat) {
+    a = ImplicitText(*e.args[0], std::move(a));
+    b = ImplicitText(*e.args[1], std::move(b));
+  }
+  if (e.op == Op::kLike) a = ImplicitText(*e.args[0], std::move(a));
   // Two number literals cannot hold a text or a date: SQLite's arithmetic is Jet's.
   bool literals = IsNumberLiteral(*e.args[0]) && IsNumberLiteral(*e.args[1]);
   switch (e.op) {
@@ -197,7 +192,36 @@ std::string Emitter::Comparison(const Expr& e) {
   std::string right = Value(b);
   if (IsKnownDate(a) && IsNumberLiteral(b)) left = "jet_cdbl(" + StripOuterParens(left) + ")";
   if (IsKnownDate(b) && IsNumberLiteral(a)) right = "jet_cdbl(" + StripOuterParens(right) + ")";
-  if (NeedsNocase(a, b)) right += " COLLATE NOCASE";
+  // A column's kind asks the database for its table's declaration; when the
+  // other side already rules out a text comparison (a number or a date), the
+  // column's kind changes nothing and is not asked for.
+  auto excludes_text = [](Kind kind) { return kind == Kind::kNumber || kind == Kind::kDate; };
+  Kind left_kind;
+  Kind right_kind;
+  if (a.kind == ExprKind::kColumn && b.kind != ExprKind::kColumn) {
+    right_kind = KindOf(b);
+    left_kind = excludes_text(right_kind) ? right_kind : KindOf(a);
+  } else if (b.kind == ExprKind::kColumn && a.kind != ExprKind::kColumn) {
+    left_kind = KindOf(a);
+    right_kind = excludes_text(left_kind) ? left_kind : KindOf(b);
+  } else {
+    left_kind = KindOf(a);
+    right_kind = KindOf(b);
+  }
+  // A date compared with a text expression (not a column: stored dates are
+  // texts too) is compared as the text CStr shows.
+  if (IsKnownDate(a) && right_kind == Kind::kText && b.kind != ExprKind::kColumn) {
+    left = ImplicitText(a, std::move(left));
+    left_kind = Kind::kText;
+  }
+  if (IsKnownDate(b) && left_kind == Kind::kText && a.kind != ExprKind::kColumn) {
+    right = ImplicitText(b, std::move(right));
+    right_kind = Kind::kText;
+  }
+  if (IsTextual(left_kind, right_kind) &&
+      !NativeComparisonSuffices(a, b, e.op == Op::kEq || e.op == Op::kNe)) {
+    right += std::string(" COLLATE ") + kCollationName;
+  }
   return "(" + left + " " + ComparisonText(e.op) + " " + right + ")";
 }
 
@@ -210,25 +234,31 @@ std::string Emitter::Bool(const Expr& e) {
     case ExprKind::kInList: {
       std::string left = Value(*e.args[0]);
       std::string list;
-      bool nocase = false;
+      bool textual = false;
+      Kind left_kind = KindOf(*e.args[0]);
       for (std::size_t i = 1; i < e.args.size(); ++i) {
         if (i > 1) list += ", ";
         list += Value(*e.args[i]);
-        nocase = nocase || NeedsNocase(*e.args[0], *e.args[i]);
+        textual = textual || (IsTextual(left_kind, KindOf(*e.args[i])) &&
+                              !NativeComparisonSuffices(*e.args[0], *e.args[i], true));
       }
-      if (nocase) left += " COLLATE NOCASE";
+      if (textual) left += std::string(" COLLATE ") + kCollationName;
       return "(" + left + (e.negated ? " NOT IN (" : " IN (") + list + "))";
     }
     case ExprKind::kInSelect: {
       std::string left = Value(*e.args[0]);
+      if (IsTextual(KindOf(*e.args[0]), FirstItemKind(*e.select))) {
+        left += std::string(" COLLATE ") + kCollationName;
+      }
       return "(" + left + (e.negated ? " NOT IN (" : " IN (") + EmitSelect(*e.select) + "))";
     }
     case ExprKind::kBetween: {
       std::string value = Value(*e.args[0]);
       std::string low = Value(*e.args[1]);
       std::string high = Value(*e.args[2]);
-      if (NeedsNocase(*e.args[0], *e.args[1]) || NeedsNocase(*e.args[0], *e.args[2])) {
-        value += " COLLATE NOCASE";
+      Kind kind = KindOf(*e.args[0]);
+      if (IsTextual(kind, KindOf(*e.args[1])) || IsTextual(kind, KindOf(*e.args[2]))) {
+        value += std::string(" COLLATE ") + kCollationName;
       }
       return "(" + value + (e.negated ? " NOT BETWEEN " : " BETWEEN ") + low + " AND " + high +
              ")";
@@ -296,9 +326,16 @@ std::string Emitter::Call(const Expr& e, bool boolean) {
   if (star) {
     text += "*";
   } else {
+    // Max and Min of texts take Jet's order; the text functions read a date
+    // as the text CStr shows.
+    bool ordered = SameName(info->jet_name, "Max") || SameName(info->jet_name, "Min");
+    bool reads_text = ReadsText(info->jet_name);
     for (std::size_t i = 0; i < e.args.size(); ++i) {
       if (i > 0) text += ", ";
-      text += StripOuterParens(Value(*e.args[i]));
+      std::string arg = StripOuterParens(Value(*e.args[i]));
+      if (ordered) arg = Collated(*e.args[i], std::move(arg));
+      if (reads_text) arg = ImplicitText(*e.args[i], std::move(arg));
+      text += arg;
     }
   }
   return text + ")";

@@ -1,6 +1,7 @@
 // db/jet/emitter_select.cpp — Select, FROM items, names and the statement dispatch.
 #include <utility>
 
+#include "db/jet/collation.h"
 #include "db/jet/emitter.h"
 #include "db/jet/emitter_text.h"
 
@@ -55,7 +56,7 @@ std::string Emitter::EmitSelect(const Select& select) {
     text += part.all ? " UNION ALL " : " UNION ";
     text += EmitUnionMember(*part.select);
   }
-  return text + EmitOrderBy(select.order_by);
+  return text + EmitOrderBy(select.order_by, &select);
 }
 
 // SQLite allows LIMIT only at the end of a compound, so a member with Top
@@ -66,11 +67,19 @@ std::string Emitter::EmitUnionMember(const Select& member) {
   return "SELECT * FROM (" + core + " LIMIT " + *member.top + ")";
 }
 
-std::string Emitter::EmitOrderBy(const std::vector<OrderItem>& order_by) {
+std::string Emitter::EmitOrderBy(const std::vector<OrderItem>& order_by, const Select* first_member) {
   std::string text;
   for (std::size_t i = 0; i < order_by.size(); ++i) {
     text += i == 0 ? " ORDER BY " : ", ";
-    text += StripOuterParens(Value(*order_by[i].expr));
+    // Texts sort in Jet's order: case ignored, ñ after n, accents with their letter.
+    const Expr& e = *order_by[i].expr;
+    std::string value = StripOuterParens(Value(e));
+    bool found = false;
+    Kind kind = first_member != nullptr && e.kind == ExprKind::kColumn && !e.qualifier
+                    ? OutputKind(*first_member, e.name.text, found)
+                    : KindOf(e);
+    if (kind == Kind::kText || kind == Kind::kUnknown) value += std::string(" COLLATE ") + kCollationName;
+    text += value;
     if (order_by[i].descending) text += " DESC";
   }
   return text;
@@ -97,7 +106,17 @@ std::string Emitter::EmitSelectCore(const Select& select, bool with_limit) {
       items += item.expr->qualifier ? EmitQualifier(*item.expr->qualifier) + ".*" : "*";
       continue;
     }
-    items += StripOuterParens(Value(*item.expr));
+    std::string value = StripOuterParens(Value(*item.expr));
+    if (select.distinct) {
+      // Distinct tells texts apart in Jet's order (case ignored); the column
+      // keeps its name.
+      std::string collated = Collated(*item.expr, value);
+      if (collated.size() != value.size() && !item.alias && item.expr->kind == ExprKind::kColumn) {
+        collated += " AS " + SqliteIdentifier(item.expr->name.text);
+      }
+      value = std::move(collated);
+    }
+    items += value;
     if (item.alias) {
       items += " AS " + SqliteIdentifier(item.alias->text);
     } else if (item.expr->kind != ExprKind::kColumn) {
@@ -115,7 +134,7 @@ std::string Emitter::EmitSelectCore(const Select& select, bool with_limit) {
     text += " GROUP BY ";
     for (std::size_t i = 0; i < select.group_by.size(); ++i) {
       if (i > 0) text += ", ";
-      text += StripOuterParens(Value(*select.group_by[i]));
+      text += Collated(*select.group_by[i], StripOuterParens(Value(*select.group_by[i])));
     }
   }
   if (select.having) text += " HAVING " + StripOuterParens(Bool(*select.having));
@@ -170,11 +189,11 @@ std::string Emitter::EmitTableRef(const TableRef& table) {
 void Emitter::AddScopeEntries(const FromItem& item, Scope& scope) {
   switch (item.kind) {
     case FromItem::Kind::kTable:
-      scope.entries.push_back({item.alias ? item.alias->text : item.table.name.text, nullptr});
+      scope.entries.push_back({item.alias ? item.alias->text : item.table.name.text, nullptr, &item.table});
       scope.folded_names.insert(FoldName(scope.entries.back().name));
       break;
     case FromItem::Kind::kSubquery:
-      scope.entries.push_back({item.alias ? item.alias->text : std::string(), item.subquery.get()});
+      scope.entries.push_back({item.alias ? item.alias->text : std::string(), item.subquery.get(), nullptr});
       scope.folded_names.insert(FoldName(scope.entries.back().name));
       break;
     case FromItem::Kind::kJoin:

@@ -17,6 +17,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace db::jet {
@@ -35,6 +36,19 @@ class TranslationContext {
   // declaration order. Empty when there is no such table or view.
   virtual std::vector<std::string> table_columns(const std::string& schema,
                                                  const std::string& table) = 0;
+
+  // Columns of `table` in `schema` with their declared types and collations
+  // ("INTEGER", "TEXT COLLATE NOCASE", "TEXT" for binary text, "" when
+  // declared without a type), in
+  // declaration order; for "main" the table may also be a TEMP one. Empty
+  // when there is no such table or the context cannot tell: its columns then
+  // count as possibly text (compared in Jet's collation, never wrongly).
+  virtual std::vector<std::pair<std::string, std::string>> table_column_types(
+      const std::string& schema, const std::string& table) {
+    (void)schema;
+    (void)table;
+    return {};
+  }
 
   // Output column names of a SQLite SELECT statement, found by preparing it
   // (not running it). Throws db::Error when SQLite refuses it.

@@ -2,6 +2,8 @@
 // on a small company whose right answer was worked out by hand: month range,
 // headers and their existence test, lines, calendar, leave and totals.
 #include "db/error.h"
+#include "settings/data_layout.h"
+#include "staging/interchange_table.h"
 #include "transfer/transfer_fixture.h"
 #include "transfer/liquidaciones.h"
 
@@ -141,6 +143,36 @@ TEST_P(LiquidationSteps, TheMonthRangeDeletesStagedLiquidationsForGood) {
   EXPECT_EQ(rows(kel_, "SELECT id_Encabezado FROM Encabezados ORDER BY 1"), headers);
   EXPECT_EQ(rows(staging_, "SELECT COUNT(*) FROM Encabezados"), Rows{"5"});
   EXPECT_EQ(rows(staging_, "SELECT COUNT(*) FROM Datos_Liquidacion"), Rows{"8"});
+}
+
+// A source file that writes its dates as timestamps at midnight: the loader
+// stores them as the dates themselves, so the month range finds them (before,
+// "2023-02-01 00:00:00" sorted after "2023-02-01" and was taken for a later
+// month, or was refused as no date at all). January and March go, February
+// stays.
+TEST_P(LiquidationSteps, MonthsGivenWithAMidnightTimeAreFoundByTheMonthRange) {
+  staging_.execute_native("DELETE FROM Datos_Liquidacion; DELETE FROM Encabezados;");
+  const auto file = dir_.write("encabezados.csv",
+                               "id_Encabezado;Id_TipoLiq;FechaDeLiq;MesDeLiq;Impreso;Terminado;id_Contrato;id_Usuario\n"
+                               "1;1;2023-01-31 00:00:00;2023-01-01 00:00:00;0;-1;1;1\n"
+                               "2;1;2023-02-28 13:05:00;2023-02-01 00:00:00;0;-1;1;1\n"
+                               "8;1;2023-03-31 00:00;2023-03-01 00:00:00;0;-1;2;1\n");
+  std::string error;
+  auto layout = settings::ParseDataFileLayout(
+      {"Tabla=Imp_Encabezados", "Encabezado=Si", "Columna=id_Encabezado:entero", "Columna=Id_TipoLiq:entero",
+       "Columna=FechaDeLiq:fecha:yyyy-MM-dd", "Columna=MesDeLiq:fecha:yyyy-MM-dd", "Columna=Impreso:entero",
+       "Columna=Terminado:entero", "Columna=id_Contrato:entero", "Columna=id_Usuario:entero"},
+      &error);
+  ASSERT_TRUE(layout) << error;
+  auto table = staging::OpenDataTable(staging_, file, *layout);
+  ASSERT_TRUE(table.ok()) << table.error();
+  staging_.execute("Insert into Encabezados Select * From Imp_Encabezados");
+  EXPECT_EQ(table.Close().bad_values, 0);
+  EXPECT_EQ(rows(staging_, "SELECT id_Encabezado, FechaDeLiq, MesDeLiq FROM Encabezados ORDER BY 1"),
+            (Rows{"1|2023-01-31|2023-01-01", "2|2023-02-28 13:05:00|2023-02-01", "8|2023-03-31|2023-03-01"}));
+
+  run_step("2023-02-01", "2023-02-01");
+  EXPECT_EQ(rows(staging_, "SELECT id_Encabezado FROM Encabezados ORDER BY 1"), Rows{"2"});
 }
 
 // The figure of the report's note "Líneas de liquidación no importadas: N

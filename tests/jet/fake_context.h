@@ -11,6 +11,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "db/jet/translator.h"
@@ -24,9 +25,24 @@ inline std::string Lower(std::string s) {
 
 class FakeContext : public db::jet::TranslationContext {
  public:
-  // Declares `table` (any schema) with `columns`.
-  void AddTable(const std::string& table, std::vector<std::string> columns) {
-    tables_[Lower(table)] = std::move(columns);
+  // Declares `table` (any schema) with `columns`, each "name" or "name TYPE"
+  // (a table whose columns have no types is one whose types are unknown).
+  void AddTable(const std::string& table, const std::vector<std::string>& columns) {
+    std::vector<std::string> names;
+    std::vector<std::pair<std::string, std::string>> typed;
+    for (const std::string& column : columns) {
+      std::size_t space = column.find(' ');
+      names.push_back(column.substr(0, space));
+      if (space != std::string::npos) typed.emplace_back(names.back(), column.substr(space + 1));
+    }
+    tables_[Lower(table)] = std::move(names);
+    types_[Lower(table)] = std::move(typed);
+  }
+
+  std::vector<std::pair<std::string, std::string>> table_column_types(const std::string&,
+                                                                      const std::string& table) override {
+    auto found = types_.find(Lower(table));
+    return found == types_.end() ? std::vector<std::pair<std::string, std::string>>{} : found->second;
   }
 
   std::string attach(const std::string& path) override {
@@ -76,6 +92,7 @@ class FakeContext : public db::jet::TranslationContext {
 
  private:
   std::map<std::string, std::vector<std::string>> tables_;
+  std::map<std::string, std::vector<std::pair<std::string, std::string>>> types_;
   std::map<std::string, std::string> schemas_;
 };
 

@@ -2,7 +2,7 @@
 //
 // The file pins the SQLite text emitted for Jet inputs. Format:
 //   # comment
-//   table <Name>: col1, col2, ...      (declares a table for the fake context)
+//   table <Name>: col1 [TYPE], col2 [TYPE], ...   (declares a table for the fake context)
 //   <Jet text, one or more lines>
 //   => <expected SQLite text>          or   !! <text the error message contains>
 // Each case is reported with its line number so a failure points at it.

@@ -2,7 +2,6 @@
 // staged demo (its database-file form) and the demo KEL company: mapping,
 // unmapping, "No Importar", sorting, the automatic links, the lookups, the
 // preview's grids and the liquidation browser.
-#include <sqlite3.h>
 
 #include "controller_fixture.h"
 #include "settings/strings.h"
@@ -259,7 +258,7 @@ TEST(GridsOnTheDemo, PreviewAndLookups) {
   EXPECT_EQ(m.ObjCodKel.Datos()[1], (lookup::Row{"10", "10", "Presentismo"}));
   EXPECT_EQ(m.objCodKELTL.Datos()[2], (lookup::Row{"3", "3", "Aguinaldo"}));
   EXPECT_EQ(m.objCodOSTL.lista().size(), 8u);
-  EXPECT_EQ(m.objCodOS.lista(), native_rows(d.staging, "SELECT Nombre FROM Conceptos ORDER BY Nombre"));
+  EXPECT_EQ(m.objCodOS.lista(), native_rows(d.staging, "SELECT Nombre FROM Conceptos ORDER BY Nombre COLLATE jet_es"));
 
   // The browser: a first page, the rest on demand, in person order.
   const auto& b = p.browser;
@@ -329,8 +328,9 @@ TEST(GridsOnTheDemo, BrowserSortsEveryPageLikeTheTables) {
   // sorts by the month text as the statement writes it, clicked again too.
   struct Click { int column; std::string sort_text, order; };
   const std::string month = "date(E.MesDeLiq, 'start of month')";
-  const std::vector<Click> clicks = {{4, "Nombres", names},         {4, "Nombres Desc", names + " DESC"},
-                                     {4, "Nombres", names},         {5, "cdate(strMesDeLiq)", month},
+  const std::string kJetOrder = " COLLATE jet_es";  // names sort in Jet's order (accented capitals with their letter)
+  const std::vector<Click> clicks = {{4, "Nombres", names + kJetOrder}, {4, "Nombres Desc", names + kJetOrder + " DESC"},
+                                     {4, "Nombres", names + kJetOrder},         {5, "cdate(strMesDeLiq)", month},
                                      {5, "cdate(strMesDeLiq)", month}, {1, "", "C.Id_Persona"}};
   const std::size_t headers = std::stoul(d.staged("SELECT count(*) FROM Encabezados"));
   const auto& b = d.preview.browser;

@@ -285,6 +285,12 @@ TEST(InterchangeConvert, TypedFieldsAndBadValues) {
       {"1e", real, '.', false, "!"}, {"e5", real, '.', false, "!"},
       {"29/02/2024", date, '.', false, "t:2024-02-29"}, {"29/02/2023", date, '.', false, "!"},
       {"2023-02-01", date, '.', false, "!"}, {"2023-02-01", iso, '.', false, "t:2023-02-01"},
+      // A time of day after the date: dropped at midnight, kept otherwise, so
+      // that every date is stored in one form.
+      {"2023-02-01 00:00:00", iso, '.', false, "t:2023-02-01"}, {"29/02/2024 00:00", date, '.', false, "t:2024-02-29"},
+      {"2023-02-01T13:05:07.000", iso, '.', false, "t:2023-02-01 13:05:07"},
+      {"2023-02-01 8:05", iso, '.', false, "t:2023-02-01 08:05:00"}, {"2023-02-01 24:00", iso, '.', false, "!"},
+      {"2023-02-01 00:00:00 x", iso, '.', false, "!"}, {"2023-02-30 00:00:00", iso, '.', false, "!"},
       // Text is kept exactly, blanks included; only an empty field is Null.
       {" a ", text, '.', false, "t: a "}, {"", text, '.', false, "null"},
       // "" (quoted) is an empty text; for other types it is still no value.

@@ -9,7 +9,16 @@
 #include <string>
 #include <vector>
 
+#include "db/jet/collation.h"
+
 namespace test_support {
+
+// SQLite's collation callback over Jet's text order, so native queries can
+// say "COLLATE jet_es" for the order the program's statements give.
+inline int compare_jet_text(void*, int a_size, const void* a, int b_size, const void* b) {
+  return db::jet::compare_text(std::string_view(static_cast<const char*>(a), static_cast<std::size_t>(a_size)),
+                               std::string_view(static_cast<const char*>(b), static_cast<std::size_t>(b_size)));
+}
 
 // Runs native statements in one transaction on `file` (created, with its
 // folder, when missing). A refused statement fails the test.
@@ -26,13 +35,15 @@ inline void run_sqlite(const std::filesystem::path& file, const std::string& sql
 }
 
 // Calls `row` with the statement at each row of a native query on `file`
-// (opened read-only, with `attach` attached as "kel" when given). A query
+// (opened read-only, with `attach` attached as "kel" when given, and the
+// collation jet_es known). A query
 // SQLite refuses fails the test when `must_run`, otherwise gives no rows.
 template <typename Row>
 void for_each_row(const std::filesystem::path& file, const std::string& sql, const std::filesystem::path& attach,
                   bool must_run, Row row) {
   sqlite3* h = nullptr;
   sqlite3_open_v2(file.string().c_str(), &h, SQLITE_OPEN_READONLY, nullptr);
+  sqlite3_create_collation_v2(h, db::jet::kCollationName, SQLITE_UTF8, nullptr, compare_jet_text, nullptr);
   if (!attach.empty()) sqlite3_exec(h, ("ATTACH '" + attach.string() + "' AS kel").c_str(), nullptr, nullptr, nullptr);
   sqlite3_stmt* st = nullptr;
   if (sqlite3_prepare_v2(h, sql.c_str(), -1, &st, nullptr) != SQLITE_OK && must_run)

@@ -1,6 +1,8 @@
 // tests/demo/demo_test_util.h — small helpers shared by the demo generator tests.
 #pragma once
 
+#include <sqlite3.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -14,7 +16,6 @@
 
 #include "base/number.h"
 #include "demo/row_sink.h"
-#include "support/sqlite_file.h"
 #include "support/temp_dir.h"
 
 namespace demo_test {
@@ -42,7 +43,24 @@ struct Db {
   std::filesystem::path file;
   std::filesystem::path attach = {};
   // Every row, its values joined by "|", Null as "".
-  std::vector<std::string> rows(const std::string& sql) const { return test_support::native_rows(file, sql, attach); }
+  std::vector<std::string> rows(const std::string& sql) const {
+    std::vector<std::string> out;
+    sqlite3* db = nullptr;
+    sqlite3_open_v2(file.string().c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
+    if (!attach.empty()) sqlite3_exec(db, ("ATTACH '" + attach.string() + "' AS kel").c_str(), nullptr, nullptr, nullptr);
+    char* message = nullptr;
+    auto add = [](void* rows, int count, char** values, char**) {
+      std::string row;
+      for (int i = 0; i < count; ++i) row += (i ? "|" : "") + std::string(values[i] ? values[i] : "");
+      static_cast<std::vector<std::string>*>(rows)->push_back(row);
+      return 0;
+    };
+    if (sqlite3_exec(db, sql.c_str(), add, &out, &message) != SQLITE_OK)
+      ADD_FAILURE() << (message ? message : "?") << " en " << sql;
+    sqlite3_free(message);
+    sqlite3_close(db);
+    return out;
+  }
   // The first row of a one-column query as text ("" when none) or as a number (0 when none).
   std::string text(const std::string& sql) const {
     const auto r = rows(sql);

@@ -2,10 +2,10 @@
 // liquidation types step: what is created, under which ids and names, and
 // what the Yes and No answers do.
 #include "db/error.h"
-#include "step_fixture.h"
+#include "transfer/transfer_fixture.h"
 #include "transfer/conceptos.h"
 
-namespace steps_test {
+namespace transfer_test {
 namespace {
 
 // Staged concepts: 1 mapped onto KEL 1, 2 "No Importar", 3 and 5 unmapped,
@@ -161,4 +161,4 @@ TEST_F(StepTest, TypesNoCreatesTheNameWithTheKelId) {
 }
 
 }  // namespace
-}  // namespace steps_test
+}  // namespace transfer_test

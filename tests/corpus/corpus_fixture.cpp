@@ -1,12 +1,9 @@
 // tests/corpus/corpus_fixture.cpp — databases, demo rows and the runner.
 #include "corpus_fixture.h"
 
-#include <sqlite3.h>
-
 #include "db/error.h"
-#include "base/value.h"
 #include "schema/database_scripts.h"
-#include "transfer/personas.h"
+#include "support/query_rows.h"
 
 namespace corpus_test {
 namespace {
@@ -28,8 +25,6 @@ INSERT INTO Sectores VALUES (1, 'Ventas'), (2, 'Planta');
 INSERT INTO Sucursales VALUES (0, 'Central del origen', '', '', '', '', NULL, 10),
                               (1, 'Sucursal Norte', 'Ruta 5 km 20', '2222', 'n@demo.com', 'Luis', '2010-01-01', 3);
 INSERT INTO TRegHorario VALUES (0, 'Ninguno', 0, 0), (1, 'Comercio', 8, 44);
-INSERT INTO Obras (idObr, Nombre, NroObra, FecIni) VALUES (1, 'Obra Centro', 'N-1', '2023-05-01');
-INSERT INTO CentroCosto VALUES (1, 'Administración', '2020-01-01', NULL), (2, 'Producción', '2020-01-01', NULL);
 INSERT INTO Personas (id_Persona, NUMERO, Apellido_1, Nombre_1, Apellido_2, Nombre_2, Id_Sexo, Fecha_Nacimiento)
   VALUES (1, ' 1234567-8', 'Perez', 'Juan', 'Gomez', 'Carlos', 1, '1980-02-03'),
          (2, '2345678-9', 'Lopez', 'Maria', NULL, NULL, 2, '1990-05-06'),
@@ -40,7 +35,6 @@ INSERT INTO Declaraciones (idDeclaracion, id_Persona, idRubroDed, id_PersRelac, 
                            CantBPC, FechaDeclaracion, Desde, Hasta)
   VALUES (1, 1, 1, 1, 1, 0, 0, 2, '2024-01-05', '2024-01-01', NULL),
          (2, 2, 1, 1, 2, -1, 0, 1, '2023-01-05', '2023-01-01', '2024-12-01');
-INSERT INTO rPersonas_Dto_Comunicacion VALUES (1, 1, '099 123 456'), (3, 2, 'maria@example.com');
 INSERT INTO Contrato (Id_Contrato, NUMERO_ALTERNATIVO, Id_Persona, SUELDO, HORAS, FECHA_INICIO, FECHA_FIN, vigente,
                       id_Tipo_Contrato, id_TipoRem, id_Sucursal, id_Regimen, AcuLab, id_CobraPor, Confidencial,
                       id_Cargo, id_Sector, id_Moneda, CantDiasXMes, TomaDTdeCont, idCC, id_Seguro_Sal,
@@ -77,28 +71,11 @@ INSERT INTO Datos_Liquidacion (id_Dato, id_Encabezado, id_Concepto, Cantidad, Co
          (9, 5, 1, 25, 1200, 0, 0, 30000, NULL, 0, 0), (10, 6, 1, 30, 666.67, 0, 0, 20000, NULL, 0, 0),
          (11, 6, 7, 0, 0, 0, 0, 20000, NULL, 0, 0), (12, 7, 1, 30, 900, 0, 0, 27000, NULL, 0, 0),
          (13, 8, 1, 1, 500, 0, 0, 500, NULL, 0, 0);
-INSERT INTO Cotizacion VALUES (1, '2024-01-01', 1), (2, '2024-01-01', 39.5), (2, '2024-02-01', 39.1);
 )SQL";
 
-// The KEL company before the import: some persons, contracts and a liquidation.
-const char* const kKelRows = R"SQL(
-INSERT INTO Empresa (IdEmpresa, Nombre, RazonSocial) VALUES (1, 'DEMO S.A.', 'Demo Sociedad Anónima');
-INSERT INTO Personas (id_Persona, NUMERO, Apellido_1, Nombre_1) VALUES (7, '12345678', 'Perez', 'Juan'),
-  (2, '99999999', 'Otro', 'Pepe'), (10, '88888888', 'Ruiz', 'Ana');
-INSERT INTO Contrato (Id_Contrato, NUMERO_ALTERNATIVO, Id_Persona, SUELDO, HORAS, FECHA_INICIO, FECHA_FIN, vigente,
-                      id_TipoRem, AcuLab, id_CobraPor, id_Cargo, id_Seguro_Sal, id_Exoneracion)
-  VALUES (1, '7', 7, 28000, 8, '2023-01-01', NULL, -1, 1, 0, 8, 1, 2, 0),
-         (2, '2', 2, 1000, 8, '2020-01-01', '2021-12-31', 0, 2, 0, 8, 2, 1, 0),
-         (3, '10_1', 10, 15000, 0, '2019-01-01', NULL, -1, 2, 0, 8, 1, 1, 3);
-INSERT INTO rPersonas_Dto_Comunicacion VALUES (1, 7, '2600 1111'), (2, 2, '098 000 000');
-INSERT INTO Declaraciones (idDeclaracion, id_Persona, id_PersRelac, Trabaja, Desde) VALUES (1, 7, 7, -1, '2023-01-01');
-INSERT INTO rCC_Cont VALUES (1, 1, 100, 0, NULL, 0), (3, 2, 100, NULL, 3, NULL), (99, 1, 100, 0, 0, 0);
-INSERT INTO Encabezados (id_Encabezado, Id_TipoLiq, FechaDeLiq, MesDeLiq, id_Contrato)
-  VALUES (1, 1, '2023-06-30', '2023-06-01', 1);
-INSERT INTO Datos_Liquidacion (id_Dato, id_Encabezado, id_Concepto, Cantidad, Monto) VALUES (1, 1, 1, 30, 28000);
-INSERT INTO Legajo VALUES (1, 1, 1, NULL, 1, 0, '01/01/2023', '2023-01-02', NULL);
-INSERT INTO Cotizacion VALUES (2, '2023-01-01', 40.1);
-)SQL";
+// The KEL company the company check compares with.
+const char* const kKelRows =
+    "INSERT INTO Empresa (IdEmpresa, Nombre, RazonSocial) VALUES (1, 'DEMO S.A.', 'Demo Sociedad Anónima');";
 
 }  // namespace
 
@@ -153,38 +130,9 @@ db::Recordset CorpusTest::query(db::SqliteConnection& connection, const std::str
   }
 }
 
-std::int64_t CorpusTest::scalar(db::SqliteConnection& connection, const std::string& sql) {
-  db::Recordset rs = query(connection, sql);
-  if (rs.eof() || rs.field_count() == 0) return 0;
-  return db::as_int(rs.field(0));
-}
-
 std::int64_t CorpusTest::count(db::SqliteConnection& connection, const std::string& native_sql) {
-  sqlite3_stmt* stmt = nullptr;
-  std::int64_t result = -1;
-  if (sqlite3_prepare_v2(connection.handle(), native_sql.c_str(), -1, &stmt, nullptr) == SQLITE_OK &&
-      sqlite3_step(stmt) == SQLITE_ROW) {
-    result = sqlite3_column_int64(stmt, 0);
-  } else {
-    ADD_FAILURE() << sqlite3_errmsg(connection.handle()) << " en " << native_sql;
-  }
-  sqlite3_finalize(stmt);
-  return result;
-}
-
-void CorpusTest::run_persons_step() {
-  // The program's own step; a statement it does not ignore stops it, and the
-  // refusal is recorded like any other.
-  struct NoQuestions : transfer::Questions {
-    bool ask_yes_no(const std::string&) override { return false; }
-  } questions;
-  transfer::StepContext ctx{kel_, staging_, staging_path_, questions, [](float) {}};
-  ++statements_run_;
-  try {
-    transfer::import_persons(ctx);
-  } catch (const db::Error& e) {
-    refuse(e.jet_text(), e);
-  }
+  const std::vector<std::string> rows = test_support::QueryRows(connection, native_sql);
+  return rows.empty() ? -1 : std::stoll(rows[0]);
 }
 
 }  // namespace corpus_test

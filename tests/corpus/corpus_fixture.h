@@ -5,7 +5,9 @@
 // statement units (never copied), on the connection that runs it in the
 // program. A refused statement does not stop the test: the runner records it
 // with the engine's message and the SQLite text, and the test fails at its end
-// listing every refusal.
+// listing every refusal. The transfer steps' statements are run by the
+// steps themselves in tests/transfer, whose steps stop at any refusal they do
+// not count as ignored.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -32,16 +34,11 @@ class CorpusTest : public ::testing::Test {
   void run_all(db::SqliteConnection& connection, const std::vector<std::string>& statements);
   // Runs a query; a refusal is recorded and gives no rows.
   db::Recordset query(db::SqliteConnection& connection, const std::string& sql);
-  // First field of the first row as a number (0 when Null or no row).
-  std::int64_t scalar(db::SqliteConnection& connection, const std::string& sql);
   // A native count on the connection's database, for sanity checks.
   std::int64_t count(db::SqliteConnection& connection, const std::string& native_sql);
 
   // Records a refused statement with the engine's messages.
   void refuse(const std::string& sql, const db::Error& e);
-
-  // The persons and contracts step of the program (transfer/personas.h).
-  void run_persons_step();
 
   TempDir dir_;
   std::string staging_path_;

@@ -37,43 +37,36 @@ void ExpectError(Action action, const std::string& piece) {
   }
 }
 
-// A read-only connection for checking what the generator wrote.
-class Db {
- public:
-  explicit Db(const std::string& path) {
-    if (sqlite3_open_v2(path.c_str(), &db_, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) {
-      throw std::runtime_error("cannot open " + path);
-    }
-  }
-  ~Db() { sqlite3_close(db_); }
-  Db(const Db&) = delete;
-  Db& operator=(const Db&) = delete;
-
-  // All rows, each column as text ("" for Null).
-  std::vector<std::vector<std::string>> rows(std::string_view sql) const {
-    sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(db_, std::string(sql).c_str(), -1, &st, nullptr) != SQLITE_OK)
-      throw std::runtime_error(std::string(sqlite3_errmsg(db_)) + " in " + std::string(sql));
-    std::vector<std::vector<std::string>> out;
-    while (sqlite3_step(st) == SQLITE_ROW) {
-      auto& row = out.emplace_back();
-      for (int i = 0; i < sqlite3_column_count(st); ++i) {
-        const auto* t = reinterpret_cast<const char*>(sqlite3_column_text(st, i));
-        row.emplace_back(t ? t : "");
-      }
-    }
-    sqlite3_finalize(st);
+// What the generator wrote to `file`, read back with plain SQLite (with
+// `attach` attached as "kel" when given). A query SQLite refuses fails the test.
+struct Db {
+  std::filesystem::path file;
+  std::filesystem::path attach = {};
+  // Every row, its values joined by "|", Null as "".
+  std::vector<std::string> rows(const std::string& sql) const {
+    std::vector<std::string> out;
+    sqlite3* db = nullptr;
+    sqlite3_open_v2(file.string().c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
+    if (!attach.empty()) sqlite3_exec(db, ("ATTACH '" + attach.string() + "' AS kel").c_str(), nullptr, nullptr, nullptr);
+    char* message = nullptr;
+    auto add = [](void* rows, int count, char** values, char**) {
+      std::string row;
+      for (int i = 0; i < count; ++i) row += (i ? "|" : "") + std::string(values[i] ? values[i] : "");
+      static_cast<std::vector<std::string>*>(rows)->push_back(row);
+      return 0;
+    };
+    if (sqlite3_exec(db, sql.c_str(), add, &out, &message) != SQLITE_OK)
+      ADD_FAILURE() << (message ? message : "?") << " en " << sql;
+    sqlite3_free(message);
+    sqlite3_close(db);
     return out;
   }
-  // The first value of a query, as a number (0 when none) or as text.
-  std::int64_t integer(std::string_view sql) const { const auto v = text(sql); return v.empty() ? 0 : std::stoll(v); }
-  std::string text(std::string_view sql) const {
+  // The first row of a one-column query as text ("" when none) or as a number (0 when none).
+  std::string text(const std::string& sql) const {
     const auto r = rows(sql);
-    return r.empty() || r[0].empty() ? "" : r[0][0];
+    return r.empty() ? "" : r[0];
   }
-
- private:
-  sqlite3* db_ = nullptr;
+  std::int64_t integer(const std::string& sql) const { const auto v = text(sql); return v.empty() ? 0 : std::stoll(v); }
 };
 
 // A sink that only counts rows per table name.

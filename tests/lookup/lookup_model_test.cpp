@@ -30,8 +30,6 @@ TEST(LookupModel, EmptyAndLoaded) {
   ASSERT_EQ(m.Datos().size(), 1u);  // one empty row, an empty list
   EXPECT_EQ(m.Datos()[0], (lookup::Row{"", "", ""}));
   EXPECT_TRUE(m.lista().empty());
-  EXPECT_EQ(m.TamCod(), 750);
-  EXPECT_EQ(m.TamText(), 0);
   EXPECT_TRUE(m.Enabled());
 
   // Two fields are (key, description); the key is also the code.

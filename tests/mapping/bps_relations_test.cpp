@@ -25,7 +25,6 @@ TEST(BpsRelations, DefaultsAndLoading) {
                               "BPS 8 -> KEL 71", "HABE. -> KEL 53", "DESC. -> KEL 4"}));
   EXPECT_EQ(t.JoinKelIds(), "17,13,45,12,71,53,4");
   EXPECT_EQ(t.Store(), kDefaults);
-  EXPECT_EQ(CodBpsItems()[5], "H-Haberes");
   EXPECT_THROW(t.at(0, 7), std::out_of_range);
   EXPECT_THROW(t.set(2, 0, 1), std::out_of_range);
 

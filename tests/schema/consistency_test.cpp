@@ -8,44 +8,46 @@
 #include <algorithm>
 #include <set>
 
+#include <sqlite3.h>
+
 #include "schema_helpers.h"
 
 namespace schema_test {
 namespace {
 
-std::set<std::string> tables_of(Db& db) {
-  std::set<std::string> names;
-  for (const auto& row : db.rows("SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite_%'")) {
-    names.insert(row[0]);
-  }
-  return names;
+std::set<std::string> tables_of(const Db& db) {
+  const Rows names = db.rows("SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite_%'");
+  return {names.begin(), names.end()};
 }
 
-std::vector<std::string> columns_of(Db& db, const std::string& table) {
-  std::vector<std::string> names;
-  for (const auto& row : db.rows("PRAGMA table_info(\"" + table + "\")")) names.push_back(row[1]);
-  return names;
+Rows columns_of(const Db& db, const std::string& table) {
+  return db.rows("SELECT name FROM pragma_table_info('" + table + "')");
 }
 
 // One line per column: name, declared type, collation, not null, key, default.
-std::vector<std::string> column_signature(Db& db, const std::string& table) {
-  std::vector<std::string> result;
-  for (const auto& row : db.rows("PRAGMA table_info(\"" + table + "\")")) {
+Rows column_signature(const Db& db, const std::string& table) {
+  sqlite3* h = nullptr;
+  sqlite3_open_v2(db.file.string().c_str(), &h, SQLITE_OPEN_READONLY, nullptr);
+  Rows result;
+  for (const std::string& row : db.rows("SELECT name, 'nn=' || \"notnull\" || ' pk=' || pk || ' def=' || "
+                                        "ifnull(dflt_value, 'NULL') FROM pragma_table_info('" + table + "')")) {
+    const std::string column = row.substr(0, row.find('|'));
     const char* type = nullptr;
     const char* collation = nullptr;
     int not_null = 0, primary_key = 0, autoincrement = 0;
-    sqlite3_table_column_metadata(db.handle(), "main", table.c_str(), row[1].c_str(), &type, &collation, &not_null,
+    sqlite3_table_column_metadata(h, "main", table.c_str(), column.c_str(), &type, &collation, &not_null,
                                   &primary_key, &autoincrement);
-    result.push_back(row[1] + " " + (type ? type : "") + " " + (collation ? collation : "") + " nn=" + row[3] +
-                     " pk=" + row[5] + " def=" + row[4]);
+    result.push_back(column + " " + (type ? type : "") + " " + (collation ? collation : "") + " " +
+                     row.substr(row.find('|') + 1));
   }
+  sqlite3_close(h);
   return result;
 }
 
 TEST(SchemaConsistency, StagedTablesMatchTheDestinationColumnByColumn) {
   TempDir dir;
-  Db kel(make_kel(dir.path()));
-  Db staging(make_staging(dir.path()));
+  const Db kel{make_kel(dir.path())};
+  const Db staging{make_staging(dir.path())};
   const auto kel_tables = tables_of(kel);
   const auto staging_tables = tables_of(staging);
 
@@ -75,13 +77,13 @@ TEST(SchemaConsistency, StagedTablesMatchTheDestinationColumnByColumn) {
                 table == "PasajeEmpresa")
         << "tabla solo en la base de pasaje: " << table;
   }
-  EXPECT_EQ(columns_of(staging, "RelacConc"), (std::vector<std::string>{"CodKEL", "CodOS"}));
-  EXPECT_EQ(columns_of(staging, "RelacTLiq"), (std::vector<std::string>{"CodKEL", "CodOS"}));
+  EXPECT_EQ(columns_of(staging, "RelacConc"), (Rows{"CodKEL", "CodOS"}));
+  EXPECT_EQ(columns_of(staging, "RelacTLiq"), (Rows{"CodKEL", "CodOS"}));
 }
 
 TEST(SchemaConsistency, StagedLineIdAliasIsHiddenFromTheCopiedColumns) {
   TempDir dir;
-  Db staging(make_staging(dir.path()));
+  const Db staging{make_staging(dir.path())};
   // id_Datos is generated: not in the copied column list, but readable.
   const auto columns = columns_of(staging, "Datos_Liquidacion");
   EXPECT_EQ(std::count(columns.begin(), columns.end(), "id_Datos"), 0);
@@ -94,18 +96,20 @@ TEST(SchemaConsistency, StagedLineIdAliasIsHiddenFromTheCopiedColumns) {
 
 TEST(SchemaConsistency, NoForeignKeysAndTheKeysTheTransferReliesOn) {
   TempDir dir;
-  Db kel(make_kel(dir.path()));
-  Db staging(make_staging(dir.path()));
-  for (Db* db : {&kel, &staging}) {
+  const Db kel{make_kel(dir.path())};
+  const Db staging{make_staging(dir.path())};
+  for (const Db* db : {&kel, &staging}) {
     for (const auto& table : tables_of(*db)) {
       EXPECT_TRUE(db->rows("PRAGMA foreign_key_list(\"" + table + "\")").empty()) << table;
     }
   }
   // Unique ids the statements assume.
   kel.exec("INSERT INTO Personas (id_Persona, NUMERO) VALUES (1, '1')");
-  EXPECT_NE(sqlite3_exec(kel.handle(), "INSERT INTO Personas (id_Persona, NUMERO) VALUES (1, '2')", nullptr, nullptr,
-                         nullptr),
+  sqlite3* h = nullptr;
+  sqlite3_open(kel.file.string().c_str(), &h);
+  EXPECT_NE(sqlite3_exec(h, "INSERT INTO Personas (id_Persona, NUMERO) VALUES (1, '2')", nullptr, nullptr, nullptr),
             SQLITE_OK);
+  sqlite3_close(h);
   // Every staged company row goes in as IdEmpresa 1, and a staged neutral
   // registration 0 may join the one the transfer creates.
   kel.exec("INSERT INTO Empresa (IdEmpresa, Nombre) VALUES (1, 'A'); INSERT INTO Empresa (IdEmpresa, Nombre) VALUES (1, 'B')");
@@ -121,7 +125,7 @@ TEST(SchemaConsistency, NoForeignKeysAndTheKeysTheTransferReliesOn) {
 TEST(SchemaConsistency, SavedQueriesHaveTheColumnsTheirReadersUse) {
   // The views' other columns are read by name in the views tests; these are read by position.
   TempDir dir;
-  Db staging(make_staging(dir.path()));
+  const Db staging{make_staging(dir.path())};
   const auto hist = columns_of(staging, "CHistLiq");  // the browser sorts grid column 5 as a date
   ASSERT_GT(hist.size(), 8u);
   EXPECT_EQ(hist[0], "id_Encabezado");

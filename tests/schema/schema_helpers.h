@@ -17,52 +17,40 @@
 
 namespace schema_test {
 
-// An open SQLite database; closes at destruction. Failures fail the current test
-// with the engine's message.
-class Db {
- public:
-  explicit Db(const std::filesystem::path& path) {
-    if (sqlite3_open_v2(path.string().c_str(), &db_, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
-      ADD_FAILURE() << "no se pudo abrir " << path << ": " << sqlite3_errmsg(db_);
-  }
-  ~Db() { sqlite3_close(db_); }
-  Db(const Db&) = delete;
-  Db& operator=(const Db&) = delete;
-  sqlite3* handle() const { return db_; }
+using Rows = std::vector<std::string>;
 
-  void exec(const std::string& sql) {
+// A database file read and written with plain SQLite, opened afresh for each
+// call; a statement or query the engine refuses fails the current test with
+// its message. (The shared SQLite-file helpers register the translator's
+// collation, which would tie these tests to the translator.)
+struct Db {
+  std::filesystem::path file;
+  // Runs native statements.
+  void exec(const std::string& sql) const { rows(sql); }
+  // Every row the statements of `sql` give, its values joined by "|", Null as "-".
+  Rows rows(const std::string& sql) const {
+    Rows out;
+    sqlite3* db = nullptr;
+    sqlite3_open_v2(file.string().c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
     char* message = nullptr;
-    if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, &message) != SQLITE_OK)
+    auto add = [](void* rows, int count, char** values, char**) {
+      std::string row;
+      for (int i = 0; i < count; ++i) row += (i ? "|" : "") + std::string(values[i] ? values[i] : "-");
+      static_cast<Rows*>(rows)->push_back(row);
+      return 0;
+    };
+    if (sqlite3_exec(db, sql.c_str(), add, &out, &message) != SQLITE_OK)
       ADD_FAILURE() << (message ? message : "?") << "\n  en: " << sql;
     sqlite3_free(message);
-  }
-  // Rows of a query, every value as text ("NULL" for Null).
-  std::vector<std::vector<std::string>> rows(const std::string& sql) {
-    std::vector<std::vector<std::string>> result;
-    sqlite3_stmt* stmt = nullptr;
-    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) {
-      ADD_FAILURE() << sqlite3_errmsg(db_) << "\n  en: " << sql;
-      return result;
-    }
-    while (sqlite3_step(stmt) == SQLITE_ROW) {
-      std::vector<std::string>& row = result.emplace_back();
-      for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
-        const unsigned char* text = sqlite3_column_text(stmt, i);
-        row.push_back(text ? reinterpret_cast<const char*>(text) : "NULL");
-      }
-    }
-    sqlite3_finalize(stmt);
-    return result;
+    sqlite3_close(db);
+    return out;
   }
   // The single value of a query as text.
-  std::string value(const std::string& sql) {
-    const auto result = rows(sql);
-    if (result.empty() || result.front().empty()) ADD_FAILURE() << "sin filas: " << sql;
-    return result.empty() || result.front().empty() ? "" : result.front().front();
+  std::string value(const std::string& sql) const {
+    const Rows result = rows(sql);
+    if (result.empty()) ADD_FAILURE() << "sin filas: " << sql;
+    return result.empty() ? "" : result.front();
   }
-
- private:
-  sqlite3* db_ = nullptr;
 };
 
 // Creates <dir>/<name> from the named scripts of the source tree's schema folder.

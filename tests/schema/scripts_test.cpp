@@ -17,16 +17,11 @@ TEST(DatabaseScripts, CreatesAfreshAndReportsTheRefusedLine) {
 
   // Missing parent folders are created.
   ASSERT_TRUE(schema::create_database_from_scripts(db_path, {a}, error)) << error;
-  {
-    Db db(db_path);
-    db.exec("INSERT INTO T VALUES (9)");
-  }
+  const Db db{db_path};
+  db.exec("INSERT INTO T VALUES (9)");
   // A second creation starts from an empty file, not from the old contents.
   ASSERT_TRUE(schema::create_database_from_scripts(db_path, {a}, error)) << error;
-  {
-    Db db(db_path);
-    EXPECT_EQ(db.value("SELECT group_concat(a) FROM T"), "1");
-  }
+  EXPECT_EQ(db.value("SELECT group_concat(a) FROM T"), "1");
 
   // A missing script is reported before the existing file is touched.
   EXPECT_FALSE(schema::create_database_from_scripts(db_path, {dir.path() / "falta.sql"}, error));
@@ -42,16 +37,15 @@ TEST(DatabaseScripts, CreatesAfreshAndReportsTheRefusedLine) {
 
 TEST(KelBaseData, FreshCompanyHasTheConceptsTypesAndRelationsTheImporterAssumes) {
   TempDir dir;
-  Db kel(make_kel(dir.path()));
+  const Db kel{make_kel(dir.path())};
   // Standard concepts stay at or below 100: the importer creates from 101.
   EXPECT_EQ(kel.value("SELECT MAX(id_Concepto) FROM Conceptos"), "100");
-  for (const char* id : {"17", "13", "45", "12", "71", "53", "4", "20", "22", "14", "66"}) {
-    EXPECT_EQ(kel.value(std::string("SELECT COUNT(*) FROM Conceptos WHERE id_Concepto = ") + id), "1") << id;
-  }
+  EXPECT_EQ(kel.value("SELECT COUNT(*) FROM Conceptos WHERE id_Concepto IN (17, 13, 45, 12, 71, 53, 4, 20, 22, 14, 66)"),
+            "11");
   // The BPS codes total the default concepts of the totalisation relations.
   EXPECT_EQ(kel.rows("SELECT CodBPS, id_Concepto FROM rConcepto_BPS WHERE CodBPS IN ('1','2','5','7','8') "
                      "ORDER BY CAST(CodBPS AS INTEGER)"),
-            (std::vector<std::vector<std::string>>{{"1", "17"}, {"2", "13"}, {"5", "45"}, {"7", "12"}, {"8", "71"}}));
+            (Rows{"1|17", "2|13", "5|45", "7|12", "8|71"}));
   EXPECT_EQ(kel.value("SELECT group_concat(id_Concepto || ':' || Signo) FROM "
                       "(SELECT * FROM rConcepto_BPS WHERE CodBPS = 'LIQUIDO' ORDER BY id_Concepto)"),
             "4:-1,53:1");
@@ -61,8 +55,7 @@ TEST(KelBaseData, FreshCompanyHasTheConceptsTypesAndRelationsTheImporterAssumes)
   // Types the liquidation step relies on: 1 and 2 salary, 5 and 6 per employee.
   EXPECT_EQ(kel.rows("SELECT id_TipoLiq, Salarial, ParaEmp FROM TiposLiquidacion WHERE id_TipoLiq IN (1,2,5,6) "
                      "ORDER BY 1"),
-            (std::vector<std::vector<std::string>>{{"1", "-1", "0"}, {"2", "-1", "0"}, {"5", "-1", "-1"},
-                                                   {"6", "-1", "-1"}}));
+            (Rows{"1|-1|0", "2|-1|0", "5|-1|-1", "6|-1|-1"}));
   // Type 1 carries the 'VCM' contribution; the other salary types do not.
   EXPECT_EQ(kel.value("SELECT COUNT(*) FROM rAporPat_TipoLiq WHERE id_TipoLiq = 1 AND Codigo = 'VCM'"), "1");
   EXPECT_EQ(kel.value("SELECT COUNT(*) FROM rAporPat_TipoLiq WHERE id_TipoLiq <> 1 AND Codigo = 'VCM'"), "0");

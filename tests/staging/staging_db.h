@@ -13,18 +13,12 @@
 
 #include "db/sqlite_connection.h"
 #include "base/value.h"
+#include "support/sqlite_file.h"
 
 // Creates (replacing) a SQLite file and runs `sql` in it.
 inline void MakeDatabase(const std::filesystem::path& path, const std::string& sql) {
   std::filesystem::remove(path);
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(path.string().c_str(), &db), SQLITE_OK);
-  char* message = nullptr;
-  int rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &message);
-  std::string text = message ? message : "";
-  sqlite3_free(message);
-  sqlite3_close(db);
-  ASSERT_EQ(rc, SQLITE_OK) << text;
+  test_support::run_sqlite(path, sql);
 }
 
 inline std::unique_ptr<db::SqliteConnection> OpenStaging(const std::filesystem::path& path) {

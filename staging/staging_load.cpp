@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "db/error.h"
+#include "db/jet/translator.h"
 #include "db/sqlite_connection.h"
 #include "settings/cond_tree.h"
 #include "settings/paths.h"
@@ -98,25 +99,15 @@ void EmptyStagingTables(StagingLoad& load) {
   }
 }
 
-// The paths a statement reads with `in '<path>'`.
+// The paths a statement reads with `in` clauses, as the translator parses
+// them (all three spellings); none for a statement that does not parse, which
+// fails with the translator's message when it runs.
 std::vector<std::string> InPaths(const std::string& sql) {
-  std::vector<std::string> paths;
-  std::size_t at = 0;
-  while ((at = settings::IFind(sql, "in", at)) != std::string::npos) {
-    bool word_start = at == 0 || sql[at - 1] == ' ' || sql[at - 1] == '\t' || sql[at - 1] == '\n' ||
-                      sql[at - 1] == '\r' || sql[at - 1] == ')' || sql[at - 1] == ']';
-    std::size_t q = at + 2;
-    while (q < sql.size() && (sql[q] == ' ' || sql[q] == '\t' || sql[q] == '\r' || sql[q] == '\n')) ++q;
-    if (word_start && q > at + 2 && q < sql.size() && sql[q] == '\'') {
-      std::size_t end = sql.find('\'', q + 1);
-      if (end == std::string::npos) break;
-      paths.push_back(sql.substr(q + 1, end - q - 1));
-      at = end + 1;
-    } else {
-      at += 2;
-    }
+  try {
+    return db::jet::database_paths(sql);
+  } catch (const db::jet::TranslateError&) {
+    return {};
   }
-  return paths;
 }
 
 // The entry's name, without its option number.

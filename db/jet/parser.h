@@ -17,6 +17,7 @@
 // (= <> < > <= >= Like Is In Between), &, + -, Mod, \, * /, unary -, ^.
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -33,6 +34,10 @@ class Parser {
   // Parses the whole text as one statement; a trailing ";" is allowed, anything
   // after it is an error. Throws TranslateError with the offending position.
   Statement ParseStatement();
+
+  // The paths the `in` clauses parsed so far name, in reading order (each
+  // once), whichever of the clause's spellings gave them.
+  const std::vector<std::string>& database_paths() const { return database_paths_; }
 
  private:
   // Token access.
@@ -108,6 +113,7 @@ class Parser {
   // Tables and derived tables named so far in the FROM clause being parsed:
   // SQLite joins at most 64, and a longer chain would only fail later.
   int from_tables_ = 0;
+  std::vector<std::string> database_paths_;
 };
 
 }  // namespace db::jet

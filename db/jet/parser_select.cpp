@@ -1,4 +1,5 @@
 // db/jet/parser_select.cpp — Select statements and FROM clauses.
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -151,6 +152,8 @@ void Parser::ParseInClause(TableRef& ref) {
     ref.database_pos = connect.pos;
   }
   if (ref.database->empty()) FailAt(source_, ref.database_pos, "Falta la ruta de la base de datos en IN");
+  if (std::find(database_paths_.begin(), database_paths_.end(), *ref.database) == database_paths_.end())
+    database_paths_.push_back(*ref.database);
 }
 
 std::optional<Name> Parser::ParseOptionalAlias() {

@@ -13,4 +13,10 @@ Translation translate(std::string_view jet_sql, TranslationContext& context) {
   return emitter.Emit(statement);
 }
 
+std::vector<std::string> database_paths(std::string_view jet_sql) {
+  Parser parser(jet_sql);
+  parser.ParseStatement();
+  return parser.database_paths();
+}
+
 }  // namespace db::jet

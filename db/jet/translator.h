@@ -83,4 +83,10 @@ class TranslateError : public std::runtime_error {
 // Translates one Jet statement (a trailing ";" is allowed).
 Translation translate(std::string_view jet_sql, TranslationContext& context);
 
+// The paths of the databases a Jet statement reads with `in` clauses
+// ("T in 'path'", "T in 'path' 'MS Access;...'", "T in '' [MS Access;DATABASE=path]"),
+// in reading order, each once. Parses only: nothing is attached. Throws
+// TranslateError when the statement does not parse.
+std::vector<std::string> database_paths(std::string_view jet_sql);
+
 }  // namespace db::jet

@@ -19,54 +19,30 @@ namespace {
 namespace fs = std::filesystem;
 using BatchResult = testing_app::RunResult;
 
-
-// Every row of every table of a SQLite file, in a fixed order, with the
-// schema: two files with the same text hold the same data.
+// Every row of every table of a SQLite file, in a fixed order, each value
+// written by quote() (so that 1, 1.0, '1' and Null differ), with the schema:
+// two files with the same text hold the same data.
 std::string dump(const fs::path& file) {
-  sqlite3* db = nullptr;
+  using test_support::native_rows;
+  if (!fs::exists(file)) return "(no se abre)";
   std::string text;
-  if (sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) return "(no se abre)";
-  std::vector<std::string> tables;
-  sqlite3_stmt* st = nullptr;
-  sqlite3_prepare_v2(db, "SELECT name, sql FROM sqlite_master ORDER BY name", -1, &st, nullptr);
-  while (sqlite3_step(st) == SQLITE_ROW) {
-    const char* sql = reinterpret_cast<const char*>(sqlite3_column_text(st, 1));
-    text += sql ? std::string(sql) + ";\n" : "";
-    const char* type_sql = sql ? sql : "";
-    if (std::string(type_sql).rfind("CREATE TABLE", 0) == 0)
-      tables.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
+  for (const std::string& row : native_rows(file, "SELECT name || ': ' || ifnull(sql, '') FROM sqlite_master ORDER BY name"))
+    text += row + ";\n";
+  for (const std::string& table : native_rows(file, "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name")) {
+    std::string columns;
+    for (const std::string& column : native_rows(file, "SELECT name FROM pragma_table_info('" + table + "')"))
+      columns += (columns.empty() ? "quote(\"" : " || '|' || quote(\"") + column + "\")";
+    for (const std::string& row : native_rows(file, "SELECT " + columns + " FROM \"" + table + "\" ORDER BY rowid"))
+      text += table + ":" + row + "\n";
   }
-  sqlite3_finalize(st);
-  for (const std::string& table : tables) {
-    sqlite3_prepare_v2(db, ("SELECT * FROM \"" + table + "\" ORDER BY rowid").c_str(), -1, &st, nullptr);
-    while (sqlite3_step(st) == SQLITE_ROW) {
-      text += table + ":";
-      for (int i = 0; i < sqlite3_column_count(st); ++i) {
-        const unsigned char* v = sqlite3_column_text(st, i);
-        text += v ? reinterpret_cast<const char*>(v) : "NULL";
-        text += "|";
-      }
-      text += "\n";
-    }
-    sqlite3_finalize(st);
-  }
-  sqlite3_close(db);
   return text;
 }
 
 // (table -> rows) of a SQLite file.
 std::map<std::string, long long> counts(const fs::path& file) {
   std::map<std::string, long long> rows;
-  for (const std::string& line : [&] {
-         std::vector<std::string> lines;
-         std::istringstream in(dump(file));
-         for (std::string l; std::getline(in, l);) lines.push_back(l);
-         return lines;
-       }()) {
-    const std::size_t colon = line.find(':');
-    if (colon != std::string::npos && line.rfind("CREATE", 0) != 0 && line.find('|') != std::string::npos)
-      ++rows[line.substr(0, colon)];
-  }
+  for (const std::string& table : test_support::native_rows(file, "SELECT name FROM sqlite_master WHERE type = 'table'"))
+    rows[table] = std::stoll(test_support::query_text(file, "SELECT count(*) FROM \"" + table + "\""));
   return rows;
 }
 
@@ -223,7 +199,6 @@ TEST_F(BatchRun, ErrorInTheLoadWritesTheReportAndExitsWithTwo) {
   EXPECT_NE(text.find("tabla bloqueada"), std::string::npos) << text;
 }
 
-
 // An error late in the run (the liquidations' headers are refused): with
 // --restore-on-error the KEL file is back as it was; without, the copy is
 // named and `kelimport --restore` puts it back after asking.
@@ -329,7 +304,6 @@ TEST_F(BatchRun, ImportReportFiguresMatchTheDatabases) {
   EXPECT_EQ(fs::path(file).parent_path(), prog_ / "Empresa");
   EXPECT_NE(TempDir::read(file).find("Resultado: importación terminada\r\n"), std::string::npos);
 }
-
 
 // Another program holds a write transaction on the KEL file: the run waits
 // for it up to the busy timeout, then stops with a message that names the

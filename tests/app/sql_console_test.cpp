@@ -1,9 +1,8 @@
 // Tests of `kelimport --sql`, running the built executable on a temporary
 // database.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
-
 #include "run_program.h"
+#include "support/sqlite_file.h"
 
 namespace {
 
@@ -12,15 +11,11 @@ namespace fs = std::filesystem;
 class SqlConsole : public testing::Test {
  protected:
   void SetUp() override {
-    sqlite3* db = nullptr;
-    sqlite3_open(db_.c_str(), &db);
-    sqlite3_exec(db,
-                 "CREATE TABLE T (id INTEGER PRIMARY KEY, Nombre TEXT COLLATE NOCASE, "
-                 "Sueldo REAL, Alta TEXT);"
-                 "INSERT INTO T VALUES (1,'Ana',1500.0,'2024-02-29'),(2,'',0.25,NULL),"
-                 "(3,NULL,-3.5,'2023-12-31 08:30:00');",
-                 nullptr, nullptr, nullptr);
-    sqlite3_close(db);
+    test_support::run_sqlite(db_,
+                             "CREATE TABLE T (id INTEGER PRIMARY KEY, Nombre TEXT COLLATE NOCASE, "
+                             "Sueldo REAL, Alta TEXT);"
+                             "INSERT INTO T VALUES (1,'Ana',1500.0,'2024-02-29'),(2,'',0.25,NULL),"
+                             "(3,NULL,-3.5,'2023-12-31 08:30:00');");
   }
   testing_app::RunResult run(const std::vector<std::string>& args, const std::string& input = "") {
     return testing_app::run_kelimport(args, input, folder_.path());

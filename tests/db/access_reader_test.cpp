@@ -11,6 +11,7 @@
 #include "db/access_reader.h"
 #include "db/source_reader.h"
 #include "db_fixture.h"
+#include "support/sqlite_file.h"
 
 namespace {
 
@@ -58,30 +59,6 @@ TEST(AccessDate, StoredDoublesBecomeIsoTexts) {
       EXPECT_FALSE(text);
     }
   }
-}
-
-// A native query's rows, fields joined with "|" (NULL for Null).
-std::vector<std::string> rows_of(const std::string& file, const std::string& sql) {
-  sqlite3* db = nullptr;
-  std::vector<std::string> out;
-  sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
-  sqlite3_stmt* st = nullptr;
-  if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) != SQLITE_OK) {
-    out.push_back(std::string("ERROR: ") + sqlite3_errmsg(db));
-  } else {
-    while (sqlite3_step(st) == SQLITE_ROW) {
-      std::string row;
-      for (int i = 0; i < sqlite3_column_count(st); ++i) {
-        if (i) row += "|";
-        const auto* t = reinterpret_cast<const char*>(sqlite3_column_text(st, i));
-        row += t ? t : "NULL";
-      }
-      out.push_back(row);
-    }
-  }
-  sqlite3_finalize(st);
-  sqlite3_close(db);
-  return out;
 }
 
 TEST(AccessImage, SamplesOfEachEngineArriveWithTheirTypes) {
@@ -139,7 +116,7 @@ TEST(AccessImage, SamplesOfEachEngineArriveWithTheirTypes) {
     const std::string image = folder.file(sample.file + ".db");
     db::AccessImageReport report = db::write_access_image((kAccessDir / sample.file).string(), image);
     EXPECT_EQ(report.tables, sample.tables);
-    for (const Query& q : sample.queries) EXPECT_EQ(rows_of(image, q.sql), q.rows) << q.sql;
+    for (const Query& q : sample.queries) EXPECT_EQ(test_support::native_rows(image, q.sql), q.rows) << q.sql;
   }
 }
 

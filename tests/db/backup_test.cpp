@@ -11,6 +11,7 @@
 
 #include "db/backup.h"
 #include "db_fixture.h"
+#include "support/sqlite_file.h"
 
 namespace {
 
@@ -28,18 +29,9 @@ void run(const std::string& path, const std::string& sql) {
   sqlite3_close(db);
 }
 
-// Every row of table t, in order, as one text.
+// Every row of table t, in order, as one text ("" when the file cannot be read).
 std::string rows(const std::string& path) {
-  sqlite3* db = nullptr;
-  std::string text;
-  if (sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
-    sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(db, "SELECT id || ':' || name FROM t ORDER BY id", -1, &st, nullptr) == SQLITE_OK)
-      while (sqlite3_step(st) == SQLITE_ROW) text += reinterpret_cast<const char*>(sqlite3_column_text(st, 0)) + std::string(";");
-    sqlite3_finalize(st);
-  }
-  sqlite3_close(db);
-  return text;
+  return test_support::query_text(path, "SELECT group_concat(id || ':' || name || ';', '') FROM (SELECT * FROM t ORDER BY id)");
 }
 
 const std::string kSchema =
@@ -56,7 +48,6 @@ TEST(Backup, CopyEqualsSourceInEitherJournalModeAndLeavesNoPartialFile) {
     const std::string copy = tmp.file("Datos.mdb.antes");
     db::backup_database(source, copy);
     EXPECT_EQ(rows(copy), rows(source));
-    EXPECT_EQ(rows(copy).size(), rows(source).size());
     EXPECT_NE(rows(copy).find("3000:fila 3000;"), std::string::npos);
     EXPECT_EQ(db::quick_check(copy), "");
     EXPECT_FALSE(fs::exists(copy + ".parcial"));
@@ -136,10 +127,6 @@ TEST(Backup, RestoreReplacesTheFileAndDropsItsJournals) {
   }
 }
 
-}  // namespace
-
-namespace {
-
 // A write transaction of another connection makes the wait give up after the
 // timeout with a message naming the file; once it ends, the file is writable.
 TEST(Backup, WaitUntilWritableGivesUpOnALockedFile) {
@@ -161,10 +148,6 @@ TEST(Backup, WaitUntilWritableGivesUpOnALockedFile) {
   EXPECT_NO_THROW(db::wait_until_writable(file, 200));
 }
 
-}  // namespace
-
-namespace {
-
 // A few tables of a database saved apart and put back: other tables are left
 // alone, a table the source lacks is skipped, the rows come back exactly.
 TEST(Backup, TablesSavedApartComeBackAlone) {
@@ -177,15 +160,7 @@ TEST(Backup, TablesSavedApartComeBackAlone) {
   EXPECT_FALSE(fs::exists(copy + ".parcial"));
   run(file, "DELETE FROM m; INSERT INTO m VALUES (9, 'nueve'); DELETE FROM t WHERE id > 10;");
   db::restore_tables(copy, file);
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
-  sqlite3_stmt* st = nullptr;
-  ASSERT_EQ(sqlite3_prepare_v2(db, "SELECT group_concat(a || b, ',') FROM (SELECT * FROM m ORDER BY a)", -1, &st, nullptr),
-            SQLITE_OK);
-  ASSERT_EQ(sqlite3_step(st), SQLITE_ROW);
-  EXPECT_STREQ(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)), "1uno,2dos");
-  sqlite3_finalize(st);
-  sqlite3_close(db);
+  EXPECT_EQ(test_support::query_text(file, "SELECT group_concat(a || b, ',') FROM (SELECT * FROM m ORDER BY a)"), "1uno,2dos");
   EXPECT_EQ(rows(file).find("11:"), std::string::npos) << "t is not part of the copy";
   EXPECT_THROW(db::backup_tables(file, {"m"}, copy), db::Error) << "an existing copy is never overwritten";
 }

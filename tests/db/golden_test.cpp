@@ -181,7 +181,7 @@ TEST_P(Golden, Runs) {
   const std::string& path = GetParam();
   std::string text = testing_db::TempFolder::read(path);
   ASSERT_FALSE(text.empty()) << "archivo vacío o ilegible: " << path;
-  testing_db::TempFolder folder("golden_" + fs::path(path).stem().string());
+  testing_db::TempFolder folder;
   GoldenRun(path, folder.path()).run(text);
 }
 
@@ -191,7 +191,7 @@ TEST(GoldenRunner, MalformedRecordsFail) {
                            "statement ok\n", "connect\n", "query\nSelect 2\n----\n",
                            "query\nSelect 2 As X\n----\nX\n3\n", "statement error nada\nSelect 1\n"}) {
     SCOPED_TRACE(text);
-    testing_db::TempFolder folder("golden_mal");
+    testing_db::TempFolder folder;
     testing::TestPartResultArray failures;
     {
       testing::ScopedFakeTestPartResultReporter reporter(

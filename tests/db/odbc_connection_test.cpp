@@ -11,7 +11,7 @@
 #include "db/odbc_connection.h"
 #include "db/odbc_sources.h"
 #include "db_fixture.h"
-#include "odbc_driver.h"
+#include "support/odbc_driver.h"
 
 namespace {
 
@@ -22,11 +22,11 @@ using testing_db::TempFolder;
 // machine data sources. Each test's own data source is a user one (ODBCINI,
 // read afresh at every connection) on a database of its own.
 struct SystemFolder {
-  TempFolder folder{"odbc_sistema"};
+  TempFolder folder;
   SystemFolder() {
     std::string db = folder.database("sistema.db", "CREATE TABLE S (x INTEGER);");
     folder.write("odbcinst.ini", std::string("[SQLite3]\nDescription=SQLite3\nDriver=") +
-                                     testing_db::sqlite_odbc_driver() + "\n");
+                                     test_support::odbc_driver_library("SQLite3") + "\n");
     folder.write("odbc.ini", "[kel_sistema]\nDriver=SQLite3\nDatabase=" + db +
                                  "\n\n[kel_sistema2]\nDriver=SQLite3\nDatabase=" + db + "\n");
   }
@@ -40,7 +40,7 @@ SystemFolder& system_folder() {
 class OdbcConnectionTest : public testing::Test {
  protected:
   void SetUp() override {
-    if (testing_db::sqlite_odbc_driver().empty()) GTEST_SKIP() << "SQLite ODBC driver not installed";
+    if (test_support::odbc_driver_library("SQLite3").empty()) GTEST_SKIP() << "SQLite ODBC driver not installed";
     database_ = folder_.database(
         "origen.db",
         "CREATE TABLE Personas (id INTEGER PRIMARY KEY, Nombre TEXT, Sueldo REAL, "
@@ -53,7 +53,7 @@ class OdbcConnectionTest : public testing::Test {
     setenv("ODBCINI", folder_.file("odbc.ini").c_str(), 1);
   }
 
-  TempFolder folder_{"odbc"};
+  TempFolder folder_;
   std::string database_;
 };
 
@@ -173,10 +173,6 @@ TEST_F(OdbcConnectionTest, ListsMachineDataSourcesAndTheFileDsnFolder) {
   EXPECT_EQ(conn->data_source_name(), dsn);
   EXPECT_EQ(conn->open_recordset("SELECT id FROM Personas").row_count(), 2u);
 }
-
-}  // namespace
-
-namespace {
 
 // Long texts (memos) through the SQLite driver arrive whole: 100 KB, and 100
 // KB of accented letters, between short rows.

@@ -10,7 +10,7 @@
 #include "db/odbc_image.h"
 #include "db/source_reader.h"
 #include "db_fixture.h"
-#include "odbc_driver.h"
+#include "support/odbc_driver.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ using testing_db::SqliteTest;
 class OdbcImageTest : public SqliteTest {
  protected:
   void SetUp() override {
-    if (testing_db::sqlite_odbc_driver().empty()) GTEST_SKIP() << "SQLite ODBC driver not installed";
+    if (test_support::odbc_driver_library("SQLite3").empty()) GTEST_SKIP() << "SQLite ODBC driver not installed";
     std::string source = folder.database(
         "origen.db",
         "CREATE TABLE Empresa (Em_Nombre TEXT, Em_RSocial TEXT);"

@@ -30,7 +30,7 @@ class OdbcPostgresTest : public testing::Test {
 
   static inline PgTestServer* server_ = nullptr;
   db::OdbcConnection odbc;
-  TempFolder work{"pg_trabajo"};
+  TempFolder work;
 };
 
 TEST_F(OdbcPostgresTest, TablesAreCopiedWithTheirValues) {
@@ -72,10 +72,6 @@ TEST_F(OdbcPostgresTest, StreamsAHundredThousandRowsFast) {
               static_cast<long long>(rows), cpu, rate, wall, static_cast<double>(rows) / wall);
   EXPECT_GE(rate, 100000.0);
 }
-
-}  // namespace
-
-namespace {
 
 // Long texts (memos) arrive whole, wherever they fall in a fetched block:
 // a 100 KB text, one with accented letters (two bytes each, so the pieces the

@@ -8,22 +8,12 @@
 #include "db/open_database.h"
 #include "base/value.h"
 #include "db_fixture.h"
+#include "support/query_rows.h"
 
 namespace {
 
 using testing_db::SqliteTest;
 using testing_db::TempFolder;
-
-std::string pragma_text(sqlite3* db, const char* sql) {
-  sqlite3_stmt* stmt = nullptr;
-  std::string out;
-  if (sqlite3_prepare_v2(db, sql, -1, &stmt, nullptr) == SQLITE_OK &&
-      sqlite3_step(stmt) == SQLITE_ROW) {
-    out = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
-  }
-  sqlite3_finalize(stmt);
-  return out;
-}
 
 TEST(SqliteConnection, OpenFailuresLeaveItClosedWithASpanishReason) {
   TempFolder folder;
@@ -70,8 +60,8 @@ TEST_F(SqliteTest, OpenSetsWalForeignKeysAndReopenSwitchesFiles) {
   EXPECT_EQ(conn.state(), 1);
   EXPECT_TRUE(conn.last_error().empty());
   EXPECT_EQ(conn.data_source_name(), folder.file("a.db"));
-  EXPECT_EQ(pragma_text(conn.handle(), "PRAGMA journal_mode"), "wal");
-  EXPECT_EQ(pragma_text(conn.handle(), "PRAGMA foreign_keys"), "1");
+  EXPECT_EQ(test_support::QueryValue(conn, "PRAGMA journal_mode"), "wal");
+  EXPECT_EQ(test_support::QueryValue(conn, "PRAGMA foreign_keys"), "1");
   EXPECT_EQ(conn.table_columns("main", "TA"), std::vector<std::string>{"id"});
 
   open("CREATE TABLE TB (id INTEGER);", "b.db");
@@ -110,8 +100,8 @@ TEST_F(SqliteTest, KeptJournalModeSurvivesARunAndTheClose) {
         folder.database(std::string(mode) + ".db", std::string("PRAGMA journal_mode=") + mode + ";CREATE TABLE T (id INTEGER);");
     db::SqliteConnection kel;
     ASSERT_TRUE(kel.open(file, db::JournalMode::kKeep)) << kel.last_error();
-    EXPECT_EQ(pragma_text(kel.handle(), "PRAGMA journal_mode"), mode);
-    EXPECT_EQ(pragma_text(kel.handle(), "PRAGMA foreign_keys"), "1");
+    EXPECT_EQ(test_support::QueryValue(kel, "PRAGMA journal_mode"), mode);
+    EXPECT_EQ(test_support::QueryValue(kel, "PRAGMA foreign_keys"), "1");
     kel.begin_transaction();
     kel.execute("Insert into T Select id From P in '" + other + "'");
     kel.execute("Insert into T (id) Values (1)");
@@ -119,7 +109,7 @@ TEST_F(SqliteTest, KeptJournalModeSurvivesARunAndTheClose) {
     kel.close();
     db::SqliteConnection again;
     ASSERT_TRUE(again.open(file, db::JournalMode::kKeep));
-    EXPECT_EQ(pragma_text(again.handle(), "PRAGMA journal_mode"), mode);
+    EXPECT_EQ(test_support::QueryValue(again, "PRAGMA journal_mode"), mode);
     EXPECT_EQ(db::as_int(again.open_recordset("Select Count(*) From T").field(0)), 1);
   }
   // A damaged file still fails at the open, in either mode.

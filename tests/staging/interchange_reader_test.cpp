@@ -46,6 +46,18 @@ DataColumn Col(const std::string& name, ColumnType type, int width = 0, const st
   return c;
 }
 
+// A converted field as text: "!" when refused, "null", "i:<n>", "r:<x>" or "t:<text>".
+std::string Convert(const std::string& field, const DataColumn& column, char decimal = '.', bool quoted = false) {
+  FieldValue v;
+  if (!ConvertField(field, column, decimal, v, quoted)) return v.kind == FieldValue::Kind::Null ? "!" : "!not null";
+  switch (v.kind) {
+    case FieldValue::Kind::Integer: return "i:" + std::to_string(v.integer);
+    case FieldValue::Kind::Real: { std::ostringstream s; s << v.real; return "r:" + s.str(); }
+    case FieldValue::Kind::Text: return "t:" + std::string(v.text);
+    default: return "null";
+  }
+}
+
 }  // namespace
 
 TEST(InterchangeParse, DelimitedQuotingAndLineBreaks) {
@@ -245,22 +257,6 @@ TEST(InterchangeParse, WindowsGiveWhatTheWholeTextGives) {
     }
   }
 }
-
-namespace {
-
-// A converted field as text: "!" when refused, "null", "i:<n>", "r:<x>" or "t:<text>".
-std::string Convert(const std::string& field, const DataColumn& column, char decimal = '.', bool quoted = false) {
-  FieldValue v;
-  if (!ConvertField(field, column, decimal, v, quoted)) return v.kind == FieldValue::Kind::Null ? "!" : "!not null";
-  switch (v.kind) {
-    case FieldValue::Kind::Integer: return "i:" + std::to_string(v.integer);
-    case FieldValue::Kind::Real: { std::ostringstream s; s << v.real; return "r:" + s.str(); }
-    case FieldValue::Kind::Text: return "t:" + std::string(v.text);
-    default: return "null";
-  }
-}
-
-}  // namespace
 
 TEST(InterchangeConvert, TypedFieldsAndBadValues) {
   const DataColumn integer = Col("N", ColumnType::Integer), real = Col("R", ColumnType::Real);

@@ -13,18 +13,13 @@
 
 #include "db/sqlite_connection.h"
 #include "base/value.h"
+#include "support/query_rows.h"
+#include "support/sqlite_file.h"
 
 // Creates (replacing) a SQLite file and runs `sql` in it.
 inline void MakeDatabase(const std::filesystem::path& path, const std::string& sql) {
   std::filesystem::remove(path);
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(path.string().c_str(), &db), SQLITE_OK);
-  char* message = nullptr;
-  int rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &message);
-  std::string text = message ? message : "";
-  sqlite3_free(message);
-  sqlite3_close(db);
-  ASSERT_EQ(rc, SQLITE_OK) << text;
+  test_support::run_sqlite(path, sql);
 }
 
 inline std::unique_ptr<db::SqliteConnection> OpenStaging(const std::filesystem::path& path) {
@@ -33,20 +28,11 @@ inline std::unique_ptr<db::SqliteConnection> OpenStaging(const std::filesystem::
   return connection;
 }
 
-// The first column of the first row of a native query, as text ("" for Null
-// or no row).
+// The first row of a one-column native query, as text ("" for Null or no
+// row). A statement SQLite refuses fails the test.
 inline std::string QueryText(db::SqliteConnection& connection, const std::string& sql) {
-  sqlite3_stmt* stmt = nullptr;
-  if (sqlite3_prepare_v2(connection.handle(), sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) {
-    ADD_FAILURE() << sqlite3_errmsg(connection.handle()) << " in " << sql;
-    return "";
-  }
-  std::string out;
-  if (sqlite3_step(stmt) == SQLITE_ROW && sqlite3_column_type(stmt, 0) != SQLITE_NULL) {
-    out = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
-  }
-  sqlite3_finalize(stmt);
-  return out;
+  const std::string value = test_support::QueryValue(connection, sql);
+  return value == "-" ? "" : value;
 }
 
 // True when one of the warnings contains `piece`.

@@ -2,12 +2,11 @@
 // fields, and how the shipped CSV format recognises its files.
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "demo/csv_writer.h"
 #include "settings/key_file.h"
 #include "settings/text_file.h"
 #include "staging/catalogue.h"
+#include "support/temp_dir.h"
 
 TEST(CsvInterchange, FieldsReadBackAsWritten) {
   using demo::CsvField;
@@ -26,14 +25,11 @@ TEST(CsvInterchange, FieldsReadBackAsWritten) {
 }
 
 TEST(CsvInterchange, FilesAreRecognisedByNameAndHeader) {
-  const auto dir = std::filesystem::temp_directory_path() /
-                   ("kel_csv_match_" + std::to_string(reinterpret_cast<std::uintptr_t>(this)));
-  std::filesystem::create_directories(dir);
-  auto write = [&](const std::string& name, const std::string& text) { std::ofstream(dir / name, std::ios::binary) << text; };
-  write("Personas.csv", "Legajo;Nombre\r\n1;Ana\r\n");      // right name, wrong header
-  write("cargos.CSV", "\xEF\xBB\xBFid_Cargo;Cargo\r\n1;Peón\r\n");  // any case, BOM
-  write("Sectores.txt", "Descripcion;id_Sector\n1;x\n");    // key column anywhere in the header
-  write("Otros.csv", "id_Persona\n1\n");                     // right header, unknown name
+  TempDir dir;
+  dir.write("Personas.csv", "Legajo;Nombre\r\n1;Ana\r\n");      // right name, wrong header
+  dir.write("cargos.CSV", "\xEF\xBB\xBFid_Cargo;Cargo\r\n1;Peón\r\n");  // any case, BOM
+  dir.write("Sectores.txt", "Descripcion;id_Sector\n1;x\n");    // key column anywhere in the header
+  dir.write("Otros.csv", "id_Persona\n1\n");                     // right header, unknown name
 
   const std::string format =
       settings::ReadText(std::filesystem::path(KEL_SOURCE_DIR) / "formats" / "Intercambio_CSV.fmt");
@@ -41,12 +37,11 @@ TEST(CsvInterchange, FilesAreRecognisedByNameAndHeader) {
   std::vector<std::string> warnings;
   staging::AddEntriesFromKey(catalogue, settings::KeyValue(format, "Archivos"), true, "Archivos", &warnings);
   std::array<bool, 5> boxes = {true, true, true, true, true};
-  staging::MatchFolder(catalogue, dir, boxes);
+  staging::MatchFolder(catalogue, dir.path(), boxes);
   std::vector<std::string> found;
   for (const auto& e : catalogue)
     if (e.Existe) found.push_back(e.Codigo + "=" + std::filesystem::path(e.Ruta).filename().string());
   EXPECT_EQ(found, (std::vector<std::string>{"Cargos*2=cargos.CSV", "Sectores*2=Sectores.txt"}));
   // Only the catalogue group stays ticked.
   EXPECT_EQ(boxes, (std::array<bool, 5>{false, true, false, false, false}));
-  std::filesystem::remove_all(dir);
 }

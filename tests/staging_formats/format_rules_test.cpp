@@ -3,53 +3,20 @@
 // mappings that survive a reload.
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "format_run.h"
 #include "settings/paths.h"
 #include "settings/statement_file.h"
+#include "support/query_rows.h"
+#include "support/temp_dir.h"
 
-namespace {
-
-class Folder {
- public:
-  explicit Folder(const std::string& tag)
-      : path_(std::filesystem::temp_directory_path() /
-              ("kel_rules_" + tag + "_" + std::to_string(reinterpret_cast<std::uintptr_t>(this)))) {
-    std::filesystem::create_directories(path_ / "origen");
-  }
-  ~Folder() {
-    std::error_code ec;
-    std::filesystem::remove_all(path_, ec);
-  }
-  void write(const std::string& name, const std::string& text) const {
-    std::ofstream(path_ / "origen" / name, std::ios::binary) << text;
-  }
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
-
-std::string Query(db::SqliteConnection& c, const std::string& sql) {
-  sqlite3_stmt* stmt = nullptr;
-  if (sqlite3_prepare_v2(c.handle(), sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) return sqlite3_errmsg(c.handle());
-  std::string out;
-  if (sqlite3_step(stmt) == SQLITE_ROW && sqlite3_column_text(stmt, 0)) {
-    out = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
-  }
-  sqlite3_finalize(stmt);
-  return out;
-}
-
-}  // namespace
+using test_support::QueryValue;
 
 TEST(FormatRules, LiquidationsOnlyForTheChosenMonths) {
-  Folder dir("meses");
-  dir.write("Encabezados.csv",
+  TempDir dir;
+  dir.write("origen/Encabezados.csv",
             "id_Encabezado;Id_TipoLiq;MesDeLiq;Liquido\r\n"
             "1;1;2024-02-01;100\r\n2;1;2024-03-01;200\r\n3;1;2024-05-01;300\r\n4;1;2024-06-01;400\r\n");
-  dir.write("Datos_Liquidacion.csv",
+  dir.write("origen/Datos_Liquidacion.csv",
             "id_Dato;id_Encabezado;id_Concepto;Monto\r\n"
             "1;1;5;10\r\n2;2;5;20\r\n3;3;5;30\r\n4;3;6;31\r\n5;4;5;40\r\n");
   FormatRun run;
@@ -58,21 +25,21 @@ TEST(FormatRules, LiquidationsOnlyForTheChosenMonths) {
     r.load.values.hasta = {2024, 5, true};  // up to the last day of May
   });
   auto& c = *run.staging;
-  EXPECT_EQ(Query(c, "SELECT group_concat(id_Encabezado) FROM Encabezados"), "2,3");
-  EXPECT_EQ(Query(c, "SELECT group_concat(id_Dato) FROM Datos_Liquidacion"), "2,3,4");
+  EXPECT_EQ(QueryValue(c, "SELECT group_concat(id_Encabezado) FROM Encabezados"), "2,3");
+  EXPECT_EQ(QueryValue(c, "SELECT group_concat(id_Dato) FROM Datos_Liquidacion"), "2,3,4");
   // Columns the files leave out take KEL's defaults or stay empty.
-  EXPECT_EQ(Query(c, "SELECT Cod1 || '/' || quote(FechaDeLiq) FROM Encabezados WHERE id_Encabezado = 2"), "0.0/NULL");
+  EXPECT_EQ(QueryValue(c, "SELECT Cod1 || '/' || quote(FechaDeLiq) FROM Encabezados WHERE id_Encabezado = 2"), "0.0/NULL");
 
   // Without the boxes every month is staged.
   FormatRun all;
   RunFormat(all, "Intercambio_CSV.fmt", dir.path() / "origen", dir.path() / "Pasaje2.mdb");
-  EXPECT_EQ(Query(*all.staging, "SELECT count(*) FROM Encabezados"), "4");
-  EXPECT_EQ(Query(*all.staging, "SELECT count(*) FROM Datos_Liquidacion"), "5");
+  EXPECT_EQ(QueryValue(*all.staging, "SELECT count(*) FROM Encabezados"), "4");
+  EXPECT_EQ(QueryValue(*all.staging, "SELECT count(*) FROM Datos_Liquidacion"), "5");
 }
 
 TEST(FormatRules, AutomaticLinksRespectTheUsersMappings) {
-  Folder dir("enlaces");
-  dir.write("Conceptos.csv",
+  TempDir dir;
+  dir.write("origen/Conceptos.csv",
             "id_Concepto;Codigo;Nombre;TotalBPS\r\n"
             "10;NOM;Nominal gravado;1\r\n11;HAB;Total haberes;H\r\n12;SUE;Sueldo;\r\n13;DES;Total descuentos;D\r\n");
   FormatRun run;
@@ -84,8 +51,8 @@ TEST(FormatRules, AutomaticLinksRespectTheUsersMappings) {
   });
   auto& c = *run.staging;
   const std::string links = "SELECT group_concat(CodOS || '>' || CodKEL, ' ') FROM (SELECT * FROM RelacConc ORDER BY CodOS)";
-  EXPECT_EQ(Query(c, links), "10>30 11>99 13>4");
-  EXPECT_EQ(Query(c, "SELECT count(*) FROM Conceptos"), "4");
+  EXPECT_EQ(QueryValue(c, links), "10>30 11>99 13>4");
+  EXPECT_EQ(QueryValue(c, "SELECT count(*) FROM Conceptos"), "4");
   // Only the columns the file leaves out are mentioned.
   ASSERT_EQ(run.load.notes.size(), 1u);
   EXPECT_EQ(run.load.notes[0].rfind("Conceptos.csv: el archivo no trae las columnas NombreReducido, ", 0), 0u)
@@ -93,14 +60,14 @@ TEST(FormatRules, AutomaticLinksRespectTheUsersMappings) {
 
   // A reload keeps the mappings (RelacConc is never emptied) and adds no duplicates.
   staging::CargarDatos(run.load);
-  EXPECT_EQ(Query(c, links), "10>30 11>99 13>4");
+  EXPECT_EQ(QueryValue(c, links), "10>30 11>99 13>4");
 }
 
 // The CSV layouts and both formats' inserts name every column of their
 // staging table, so a column added to the staging schema is not silently
 // left out of the interchange schema.
 TEST(FormatRules, FormatsCoverEveryStagingColumn) {
-  Folder dir("columnas");
+  TempDir dir;
   MakeStagingDatabase(dir.path() / "Pasaje.mdb");
   db::SqliteConnection c;
   ASSERT_TRUE(c.open((dir.path() / "Pasaje.mdb").string()));
@@ -112,8 +79,8 @@ TEST(FormatRules, FormatsCoverEveryStagingColumn) {
   ASSERT_EQ(catalogue.size(), 24u);
   for (const auto& entry : catalogue) {
     const std::string table = entry.name();
-    std::string columns = Query(c, "SELECT group_concat(name, ',') FROM pragma_table_info('" + table + "')");
-    ASSERT_FALSE(columns.empty()) << table;
+    std::string columns = QueryValue(c, "SELECT group_concat(name, ',') FROM pragma_table_info('" + table + "')");
+    ASSERT_NE(columns, "-") << table;
     settings::StatementFile csv;
     ASSERT_TRUE(csv.load(settings::ProgramPath(program, entry.ArchConf))) << csv.error();
     ASSERT_TRUE(csv.layout()) << table;

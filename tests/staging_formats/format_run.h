@@ -17,6 +17,7 @@
 #include "settings/text_file.h"
 #include "staging/catalogue.h"
 #include "staging/staging_load.h"
+#include "support/sqlite_file.h"
 
 struct FormatRun {
   std::unique_ptr<db::SqliteConnection> staging;
@@ -30,14 +31,7 @@ inline void MakeStagingDatabase(const std::filesystem::path& path) {
   std::filesystem::remove(path);
   std::string schema = settings::ReadText(std::filesystem::path(KEL_SOURCE_DIR) / "schema" / "pasaje.sql");
   ASSERT_FALSE(schema.empty());
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(path.string().c_str(), &db), SQLITE_OK);
-  char* message = nullptr;
-  int rc = sqlite3_exec(db, schema.c_str(), nullptr, nullptr, &message);
-  std::string text = message ? message : "";
-  sqlite3_free(message);
-  sqlite3_close(db);
-  ASSERT_EQ(rc, SQLITE_OK) << text;
+  test_support::run_sqlite(path, schema);
 }
 
 // Stages `source_folder` through the format file `format` (a name in the

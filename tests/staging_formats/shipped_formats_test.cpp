@@ -9,60 +9,22 @@
 #include "demo/sqlite_writer.h"
 #include "format_run.h"
 #include "settings/formats_table.h"
+#include "support/query_rows.h"
+#include "support/temp_dir.h"
 
 namespace {
 
-class TempFolder {
- public:
-  TempFolder() {
-    path_ = std::filesystem::temp_directory_path() /
-            ("kel_formats_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
-             std::to_string(reinterpret_cast<std::uintptr_t>(this)));
-    std::filesystem::create_directories(path_);
-  }
-  ~TempFolder() {
-    std::error_code ec;
-    std::filesystem::remove_all(path_, ec);
-  }
-  const std::filesystem::path& path() const { return path_; }
+using test_support::QueryRows;
 
- private:
-  std::filesystem::path path_;
-};
-
-std::vector<std::string> Tables(db::SqliteConnection& c) {
-  std::vector<std::string> names;
-  sqlite3_stmt* stmt = nullptr;
-  sqlite3_prepare_v2(c.handle(), "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name", -1, &stmt, nullptr);
-  while (sqlite3_step(stmt) == SQLITE_ROW) names.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)));
-  sqlite3_finalize(stmt);
-  return names;
-}
-
+// The first value of a query as a number (-1 for none or Null).
 long long Count(db::SqliteConnection& c, const std::string& sql) {
-  sqlite3_stmt* stmt = nullptr;
-  if (sqlite3_prepare_v2(c.handle(), sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) {
-    ADD_FAILURE() << sqlite3_errmsg(c.handle()) << " in " << sql;
-    return -1;
-  }
-  long long n = sqlite3_step(stmt) == SQLITE_ROW ? sqlite3_column_int64(stmt, 0) : -1;
-  sqlite3_finalize(stmt);
-  return n;
+  const std::string n = test_support::QueryValue(c, sql);
+  return n.empty() || n == "-" ? -1 : std::stoll(n);
 }
 
-// The first row of a query as text ("a|b|c"), to show what differs.
-std::string FirstRow(db::SqliteConnection& c, const std::string& sql) {
-  sqlite3_stmt* stmt = nullptr;
-  if (sqlite3_prepare_v2(c.handle(), sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) return sqlite3_errmsg(c.handle());
+std::string Lines(const std::vector<std::string>& rows) {
   std::string out;
-  if (sqlite3_step(stmt) == SQLITE_ROW) {
-    for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
-      const unsigned char* t = sqlite3_column_text(stmt, i);
-      out += (i ? "|" : "") + (t ? std::string(reinterpret_cast<const char*>(t)) : std::string("<null>")) + ":" +
-             std::to_string(sqlite3_column_type(stmt, i));
-    }
-  }
-  sqlite3_finalize(stmt);
+  for (const std::string& row : rows) out += row + "\n";
   return out;
 }
 
@@ -70,34 +32,15 @@ std::string FirstRow(db::SqliteConnection& c, const std::string& sql) {
 // quote() so that 1, 1.0 and '1' differ: the table byte for byte.
 std::string TableText(db::SqliteConnection& c, const std::string& schema, const std::string& table) {
   std::string columns;
-  sqlite3_stmt* stmt = nullptr;
-  sqlite3_prepare_v2(c.handle(), ("SELECT name FROM pragma_table_xinfo('" + table + "', '" + schema + "')").c_str(), -1,
-                     &stmt, nullptr);
-  while (sqlite3_step(stmt) == SQLITE_ROW) {
-    columns += std::string(columns.empty() ? "" : " || '|' || ") + "quote(\"" +
-               reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)) + "\")";
-  }
-  sqlite3_finalize(stmt);
-  std::string sql = "SELECT " + columns + " FROM " + schema + ".\"" + table + "\" ORDER BY rowid";
-  std::string out;
-  if (sqlite3_prepare_v2(c.handle(), sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) return sqlite3_errmsg(c.handle());
-  while (sqlite3_step(stmt) == SQLITE_ROW) out += reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)) + std::string("\n");
-  sqlite3_finalize(stmt);
-  return out;
+  for (const std::string& name : QueryRows(c, "SELECT name FROM pragma_table_xinfo('" + table + "', '" + schema + "')"))
+    columns += std::string(columns.empty() ? "" : " || '|' || ") + "quote(\"" + name + "\")";
+  return Lines(QueryRows(c, "SELECT " + columns + " FROM " + schema + ".\"" + table + "\" ORDER BY rowid"));
 }
 
 // The names and definitions of a database's indexes.
 std::string Indexes(db::SqliteConnection& c, const std::string& schema) {
-  std::string out;
-  sqlite3_stmt* stmt = nullptr;
-  sqlite3_prepare_v2(c.handle(),
-                     ("SELECT name || ' ' || ifnull(sql, '') FROM " + schema +
-                      ".sqlite_master WHERE type = 'index' ORDER BY name")
-                         .c_str(),
-                     -1, &stmt, nullptr);
-  while (sqlite3_step(stmt) == SQLITE_ROW) out += reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)) + std::string("\n");
-  sqlite3_finalize(stmt);
-  return out;
+  return Lines(QueryRows(c, "SELECT name || ' ' || ifnull(sql, '') FROM " + schema +
+                                ".sqlite_master WHERE type = 'index' ORDER BY name"));
 }
 
 // The KEL concept the format relates to a TotalBPS mark, by the order of the
@@ -112,10 +55,8 @@ int RelationFor(const FormatRun& run, char mark) {
 // linked twice).
 std::multimap<long long, long long> Links(db::SqliteConnection& c) {
   std::multimap<long long, long long> links;
-  sqlite3_stmt* stmt = nullptr;
-  sqlite3_prepare_v2(c.handle(), "SELECT CodOS, CodKEL FROM main.RelacConc", -1, &stmt, nullptr);
-  while (sqlite3_step(stmt) == SQLITE_ROW) links.emplace(sqlite3_column_int64(stmt, 0), sqlite3_column_int64(stmt, 1));
-  sqlite3_finalize(stmt);
+  for (const std::string& row : QueryRows(c, "SELECT CodOS, CodKEL FROM main.RelacConc"))
+    links.emplace(std::stoll(row), std::stoll(row.substr(row.find('|') + 1)));
   return links;
 }
 
@@ -165,7 +106,7 @@ TEST(ShippedFormats, ConfImpListsBothFormats) {
 }
 
 TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {
-  TempFolder dir;
+  TempDir dir;
   const std::map<std::string, std::int64_t> rows = WriteInterchangeForms(dir.path());
 
   FormatRun csv_run, bd_run;
@@ -195,19 +136,11 @@ TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {
   ASSERT_EQ(sqlite3_exec(a.handle(), ("ATTACH '" + (dir.path() / "PasajeBD.mdb").string() + "' AS bd").c_str(),
                          nullptr, nullptr, nullptr),
             SQLITE_OK);
-  for (const std::string& table : Tables(b)) {
+  for (const std::string& table : QueryRows(b, "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name")) {
     if (table.rfind("sqlite_", 0) == 0) continue;
-    long long n = Count(a, "SELECT count(*) FROM main." + table);
-    EXPECT_EQ(n, Count(b, "SELECT count(*) FROM " + table)) << table;
-    // Row by row, both ways.
-    const std::string only_csv = "SELECT * FROM main." + table + " EXCEPT SELECT * FROM bd." + table;
-    EXPECT_EQ(Count(a, "SELECT count(*) FROM (" + only_csv + ")"), 0)
-        << table << ": " << FirstRow(a, only_csv) << " / " << FirstRow(a, "SELECT * FROM bd." + table + " EXCEPT SELECT * FROM main." + table);
-    EXPECT_EQ(Count(a, "SELECT count(*) FROM (SELECT * FROM bd." + table + " EXCEPT SELECT * FROM main." + table + ")"), 0)
-        << table;
-    // Value by value, types included.
-    const std::string csv_text = TableText(a, "main", table);
-    EXPECT_TRUE(csv_text == TableText(a, "bd", table)) << table << " differs between the CSV and database forms";
+    // Value by value, types and row order included.
+    EXPECT_TRUE(TableText(a, "main", table) == TableText(a, "bd", table)) << table << " differs between the forms";
+    const long long n = Count(a, "SELECT count(*) FROM main." + table);
     auto written = rows.find(table);
     bool staged_by_format = table != "RelacConc" && table != "RelacTLiq";
     if (written != rows.end() && staged_by_format) {
@@ -229,18 +162,13 @@ TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {
                         "TiposLiquidacion", "Encabezados", "Datos_Liquidacion", "Cotizacion"}) {
     EXPECT_GT(Count(a, std::string("SELECT count(*) FROM main.") + t), 0) << t;
   }
-  // A checksum over the liquidation lines and the amounts of the headers.
-  EXPECT_EQ(Count(a, "SELECT sum(id_Dato * 7 + id_Concepto + CAST(round(Monto * 100) AS INTEGER)) FROM main.Datos_Liquidacion"),
-            Count(b, "SELECT sum(id_Dato * 7 + id_Concepto + CAST(round(Monto * 100) AS INTEGER)) FROM Datos_Liquidacion"));
-  EXPECT_EQ(Count(a, "SELECT sum(CAST(round(Liquido * 100) AS INTEGER)) FROM main.Encabezados"),
-            Count(b, "SELECT sum(CAST(round(Liquido * 100) AS INTEGER)) FROM Encabezados"));
 }
 
 // The automatic links never overrule the user: a concept the user already
 // mapped (to a KEL concept or to "No Importar", -1) keeps that mapping, and a
 // reload links nothing twice. The demo's own mappings agree with the links.
 TEST(ShippedFormats, AutomaticLinksKeepTheUsersMappings) {
-  TempFolder dir;
+  TempDir dir;
   WriteInterchangeForms(dir.path());
   // The user has the demo's mappings and set viáticos (marked '8') to
   // "No Importar"; ticket alimentación (marked '7') is still unmapped.

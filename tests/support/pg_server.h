@@ -10,10 +10,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "support/odbc_driver.h"
 #include "support/temp_dir.h"
 
 class PgTestServer {
@@ -45,21 +45,8 @@ class PgTestServer {
   // The library of the driver manager's "PostgreSQL Unicode" driver, or its
   // name when the driver manager does not say.
   static std::string driver() {
-    static const std::string library = [] {
-      std::string out = "PostgreSQL Unicode";
-      if (FILE* pipe = popen("env -u ODBCSYSINI odbcinst -q -d -n 'PostgreSQL Unicode' 2>/dev/null", "r")) {
-        char line[1024];
-        while (std::fgets(line, sizeof line, pipe)) {
-          std::string text(line);
-          if (text.rfind("Driver=", 0) != 0) continue;
-          out = text.substr(7);
-          while (!out.empty() && (out.back() == '\n' || out.back() == '\r' || out.back() == ' ')) out.pop_back();
-        }
-        pclose(pipe);
-      }
-      return out;
-    }();
-    return library;
+    static const std::string library = test_support::odbc_driver_library("PostgreSQL Unicode");
+    return library.empty() ? "PostgreSQL Unicode" : library;
   }
 
   // A loopback port nobody listens on now (several test programs may each

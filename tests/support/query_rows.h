@@ -1,5 +1,5 @@
-// tests/support/query_rows.h — every row of a native query on a SQLite
-// connection, as text, for tests that compare whole tables.
+// tests/support/query_rows.h — the rows (or the first value) of a native
+// query on a SQLite connection, as text, for tests that compare whole tables.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -32,6 +32,13 @@ inline std::vector<std::string> QueryRows(db::SqliteConnection& connection, cons
   }
   sqlite3_finalize(stmt);
   return result;
+}
+
+// The first row of `native_sql` as QueryRows gives it ("" when there is no
+// row). A statement SQLite refuses fails the test.
+inline std::string QueryValue(db::SqliteConnection& connection, const std::string& native_sql) {
+  const std::vector<std::string> rows = QueryRows(connection, native_sql);
+  return rows.empty() ? "" : rows.front();
 }
 
 }  // namespace test_support

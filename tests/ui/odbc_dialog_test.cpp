@@ -11,7 +11,7 @@
 #include <filesystem>
 
 #include "db/db_fixture.h"
-#include "db/odbc_driver.h"
+#include "support/odbc_driver.h"
 #include "db/odbc_sources.h"
 #include "ui/odbc_dialog.h"
 #include "ui/qt_user_interface.h"
@@ -25,7 +25,7 @@ using testing_db::TempFolder;
 // for all tests, with two system data sources, a user one (not listed) and a
 // file-DSN folder holding two ".dsn" files, a text file and a folder.
 struct Machine {
-  TempFolder folder{"ui_odbc"};
+  TempFolder folder;
   std::string database;
   std::string dsn_folder;
   Machine() {
@@ -33,7 +33,7 @@ struct Machine {
     dsn_folder = folder.file("dsn");
     std::filesystem::create_directories(folder.path() / "dsn" / "carpeta.dsn");
     folder.write("odbcinst.ini", "[ODBC]\nFileDSNPath=" + dsn_folder + "\n\n[SQLite3]\nDescription=SQLite3\nDriver=" +
-                                     testing_db::sqlite_odbc_driver() + "\n");
+                                     test_support::odbc_driver_library("SQLite3") + "\n");
     folder.write("odbc.ini", "[kel_sistema_a]\nDriver=SQLite3\nDatabase=" + database +
                                  "\n\n[kel_sistema_b]\nDriver=SQLite3\nDatabase=" + database + "\n");
     folder.write("usuario.ini", "[kel_usuario]\nDriver=SQLite3\nDatabase=" + database + "\n");
@@ -77,7 +77,7 @@ TEST_F(OdbcDialogTest, ConnectionTextsOfEachKindOfName) {
   };
   for (const auto& [name, text] : cases) EXPECT_EQ(db::odbc_connection_text(name), text) << name;
 
-  if (testing_db::sqlite_odbc_driver().empty()) GTEST_SKIP() << "SQLite ODBC driver not installed";
+  if (test_support::odbc_driver_library("SQLite3").empty()) GTEST_SKIP() << "SQLite ODBC driver not installed";
   // A file data source of the folder opens by its name alone.
   std::unique_ptr<db::Connection> conn;
   db::open_odbc(db::odbc_connection_text("Origen.dsn"), conn);

@@ -133,7 +133,7 @@ TEST(QtFileFilter, SystemPairsBecomeQtFilters) {
 }
 
 TEST_F(QtUserInterfaceTest, OpenFileDialogReturnsTheChosenFileOrNothing) {
-  testing_db::TempFolder folder("ui_open");
+  testing_db::TempFolder folder;
   const std::string base = folder.write("Origen.mdb", "x");
   folder.write("notas.txt", "x");
 
@@ -157,7 +157,7 @@ TEST_F(QtUserInterfaceTest, OpenFileDialogReturnsTheChosenFileOrNothing) {
 }
 
 TEST_F(QtUserInterfaceTest, FolderBrowserStartsAtTheFolderAndCancelGivesNothing) {
-  testing_db::TempFolder folder("ui_browse");
+  testing_db::TempFolder folder;
   std::filesystem::create_directories(folder.path() / "Intercambio");
   const std::string start = folder.file("Intercambio");
 

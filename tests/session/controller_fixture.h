@@ -10,6 +10,7 @@
 
 #include "db/open_database.h"
 #include "session/main_controller.h"
+#include "support/odbc_driver.h"
 #include "support/scripted_ui.h"
 #include "support/sqlite_file.h"
 #include "support/temp_dir.h"
@@ -136,6 +137,9 @@ struct DemoFolders {
     fs::copy(built / "demo", demo, fs::copy_options::recursive);
   }
 };
+
+// True when the driver manager declares the SQLite ODBC driver as "SQLite3".
+inline bool sqlite_odbc_declared() { return !test_support::odbc_driver_library("SQLite3").empty(); }
 
 inline bool has_line(const std::vector<std::string>& log, const std::string& line) {
   return std::find(log.begin(), log.end(), line) != log.end();

@@ -1,10 +1,9 @@
 // End-to-end: a session on a copy of the bundled demo company with the shipped
 // formats stages the demo's source, in its database-file form (format 1) and
 // in its CSV form (format 0), and both give the source's rows and link the
-// concepts the source marks as totals; imported whole, both forms leave the
-// same KEL company.
+// concepts the source marks as totals. Importing them whole is checked in
+// source_kinds_test.cpp.
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <map>
 
@@ -133,71 +132,11 @@ TEST(DemoSession, CsvFormStagesTheSameDataAsTheDatabaseForm) {
   }
 }
 
-// What the demo's KEL company holds after staging either form, mapping
-// nothing and importing the five groups (every question answered Yes).
-const std::map<std::string, std::string> kImportedCounts = {
-    {"Empresa", "1"},          {"Planillas", "5"},       {"Cargos", "12"},
-    {"Personas", "52"},        {"Contrato", "64"},       {"Declaraciones", "39"},
-    {"PersonasRela", "33"},    {"rPersonas_Dto_Comunicacion", "124"},
-    {"rPlanillas", "201"},     {"Legajo", "64"},         {"Conceptos", "79"},
-    {"TiposLiquidacion", "10"}, {"Encabezados", "1998"}, {"Datos_Liquidacion", "36324"},
-    {"Calendario_liq", "245"}, {"Cotizacion", "25"},
-};
-
-TEST(DemoSession, BothFormsImportWholeIntoTheSameKelCompany) {
-  for (const auto& [folder, index] : {std::pair<const char*, int>{"Origen_CSV", 0}, {"Origen_BD", 1}}) {
-    SCOPED_TRACE(folder);
-    DemoCopy d;
-    kel_test::RecordingUi ui;
-    ui.default_answer = true;
-    preview::StagedPreview preview;
-    mapping::MappingPanel mapping;
-    session::MainWindowController c(d.prog, ui, d.importer, preview, mapping);
-    c.Form_Load(d.company.string() + "*" + (d.demo / folder).string() + "*" + std::to_string(index));
-    c.Form_Activate();
-    ASSERT_FALSE(preview.lblDatosCP_visible);
-    const session::ImportResult result = c.cbImportar_Click();
-
-    ASSERT_TRUE(result.finished);
-    ASSERT_EQ(result.steps.size(), 5u);
-    for (std::size_t i = 0; i < result.steps.size(); ++i) EXPECT_EQ(result.steps[i].group, static_cast<int>(i));
-    EXPECT_EQ(ui.log.back(), "INFO: Importación Satisfactoria!!");
-    const auto kel = [&](const std::string& sql) { return kel_test::query_text(d.company, sql); };
-    for (const auto& [table, rows] : kImportedCounts)
-      EXPECT_EQ(kel("SELECT count(*) FROM " + table), rows) << table;
-    EXPECT_EQ(kel("SELECT count(*) FROM Personas WHERE id_Persona >= 1000000000"), "0");
-    EXPECT_EQ(kel("SELECT Nombre FROM Empresa WHERE IdEmpresa = 1"),
-              kel_test::query_text(d.staging, "SELECT Nombre FROM Empresa"));
-    // Person 27 was in KEL already (matched by document): its contract kept
-    // its id and took the person's number; the staged ones came above.
-    EXPECT_EQ(kel("SELECT group_concat(Id_Contrato || ':' || NUMERO_ALTERNATIVO || ':' || FECHA_INICIO, ',') FROM "
-                  "(SELECT * FROM Contrato WHERE Id_Persona = 27 ORDER BY Id_Contrato)"),
-              "6:27:2009-05-01,43:27_1:2009-05-15,44:27_2:2023-06-28");
-    // A month's headers with their recomputed totals.
-    EXPECT_EQ(kel("SELECT count(*) || '/' || round(sum(Cod1), 2) || '/' || round(sum(Liquido), 2) FROM Encabezados "
-                  "WHERE MesDeLiq = '2024-12-01'"),
-              "128/4865912.78/5009230.73");
-    // The KEL file is left in its own journal mode.
-    EXPECT_EQ(kel("PRAGMA journal_mode"), "delete");
-  }
-}
-
-// True when the driver manager declares the SQLite ODBC driver as "SQLite3".
-bool sqlite_odbc_declared() {
-  bool found = false;
-  if (FILE* pipe = popen("odbcinst -q -d -n SQLite3 2>/dev/null", "r")) {
-    char line[256];
-    while (std::fgets(line, sizeof line, pipe)) found = found || std::string(line).rfind("Driver=", 0) == 0;
-    pclose(pipe);
-  }
-  return found;
-}
-
 // The demo's source database reached as an ODBC data source (format 2, the
 // tables found by name) stages what the database-file form stages, and a
 // data source without the format's tables leaves the staging database as it was.
 TEST(DemoSession, OdbcFormStagesTheSameDataAsTheDatabaseForm) {
-  if (!sqlite_odbc_declared()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite (libsqliteodbc)";
+  if (!kel_test::sqlite_odbc_declared()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite (libsqliteodbc)";
   DemoCopy d;
   const fs::path ini = d.tmp.path() / "odbc.ini";
   kel_test::write_file(ini, "[kel_demo]\nDriver=SQLite3\nDatabase=" + (d.demo / "Origen_BD" / "origen.mdb").string() +

@@ -24,38 +24,20 @@ using Dump = std::map<std::string, std::vector<std::string>>;  // table -> rows 
 
 const fs::path kBuiltProgram = KEL_PROGRAM_DIR;
 
-// Every table of a KEL file, each row as its quoted values joined by "|",
-// ordered by all columns (the key first).
+// Every table of a KEL file, each row as its quoted values joined by "|"
+// (so Null and '' differ), ordered by all columns (the key first).
 Dump dump_tables(const fs::path& file) {
   Dump dump;
-  sqlite3* db = nullptr;
-  sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
-  std::vector<std::string> tables;
-  sqlite3_stmt* st = nullptr;
-  sqlite3_prepare_v2(db, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite%'", -1, &st,
-                     nullptr);
-  while (st && sqlite3_step(st) == SQLITE_ROW) tables.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
-  sqlite3_finalize(st);
-  for (const std::string& table : tables) {
-    sqlite3_stmt* probe = nullptr;
-    sqlite3_prepare_v2(db, ("SELECT * FROM \"" + table + "\"").c_str(), -1, &probe, nullptr);
-    const int columns = probe ? sqlite3_column_count(probe) : 0;
-    sqlite3_finalize(probe);
-    std::string order, values;
-    for (int i = 1; i <= columns; ++i) order += (i > 1 ? ", " : "") + std::to_string(i);
-    sqlite3_prepare_v2(db, ("SELECT * FROM \"" + table + "\" ORDER BY " + order).c_str(), -1, &st, nullptr);
-    std::vector<std::string>& rows = dump[table];
-    while (st && sqlite3_step(st) == SQLITE_ROW) {
-      std::string row;
-      for (int i = 0; i < columns; ++i) {
-        const unsigned char* text = sqlite3_column_text(st, i);
-        row += (i ? "|" : "") + (text ? std::string(reinterpret_cast<const char*>(text)) : std::string("NULL"));
-      }
-      rows.push_back(std::move(row));
+  for (const std::string& table : test_support::native_rows(
+           file, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite%'")) {
+    std::string values, order;
+    for (const std::string& column :
+         test_support::native_rows(file, "SELECT name FROM pragma_table_xinfo('" + table + "')")) {
+      values += (values.empty() ? "quote(\"" : " || '|' || quote(\"") + column + "\")";
+      order += (order.empty() ? "\"" : ", \"") + column + "\"";
     }
-    sqlite3_finalize(st);
+    dump[table] = test_support::native_rows(file, "SELECT " + values + " FROM \"" + table + "\" ORDER BY " + order);
   }
-  sqlite3_close(db);
   return dump;
 }
 
@@ -73,16 +55,6 @@ std::string first_difference(const Dump& expected, const Dump& got) {
   }
   if (got.size() != expected.size()) return "otras tablas";
   return {};
-}
-
-bool sqlite_odbc_declared() {
-  bool found = false;
-  if (FILE* pipe = popen("odbcinst -q -d -n SQLite3 2>/dev/null", "r")) {
-    char line[256];
-    while (std::fgets(line, sizeof line, pipe)) found = found || std::string(line).rfind("Driver=", 0) == 0;
-    pclose(pipe);
-  }
-  return found;
 }
 
 // Copies every table of the SQLite file `from` into the server behind `to`,
@@ -155,20 +127,11 @@ void copy_to_server(const fs::path& from, db::OdbcConnection& to) {
 }
 
 // A fresh program folder, demo and KEL company; imports from one source.
-struct Import {
-  kel_test::TempFolder tmp;
-  fs::path prog = tmp.path() / "prog";
-  fs::path demo = tmp.path() / "demo";
-  fs::path company = demo / "Empresa" / "Datos.mdb";
-  fs::path staging = prog / "Empresa" / "Pasaje.mdb";
+struct Import : kel_test::DemoFolders {
   transfer::Importer importer;
   kel_test::RecordingUi ui;
 
-  Import() {
-    kel_test::copy_program_folder(kBuiltProgram, prog);
-    fs::copy(kBuiltProgram / "demo", demo, fs::copy_options::recursive);
-    ui.default_answer = true;
-  }
+  Import() { ui.default_answer = true; }
 
   // Stages `source` with format `index` and imports the five groups; the
   // load's warnings and the final message are checked on the way.
@@ -184,11 +147,23 @@ struct Import {
     for (const std::string& w : c.last_load_warnings) ADD_FAILURE() << w;
     const session::ImportResult result = c.cbImportar_Click();
     ASSERT_TRUE(result.finished);
-    EXPECT_EQ(result.steps.size(), steps);
+    ASSERT_EQ(result.steps.size(), steps);
+    for (std::size_t i = 0; i < steps; ++i) EXPECT_EQ(result.steps[i].group, static_cast<int>(i));
     ASSERT_FALSE(ui.log.empty());
     EXPECT_EQ(ui.log.back(), "INFO: Importación Satisfactoria!!");
     c.Form_Unload();
   }
+};
+
+// What the demo's KEL company holds after staging the demo, mapping nothing
+// and importing the five groups (every question answered Yes).
+const std::map<std::string, std::size_t> kImportedCounts = {
+    {"Empresa", 1},          {"Planillas", 5},       {"Cargos", 12},
+    {"Personas", 52},        {"Contrato", 64},       {"Declaraciones", 39},
+    {"PersonasRela", 33},    {"rPersonas_Dto_Comunicacion", 124},
+    {"rPlanillas", 201},     {"Legajo", 64},         {"Conceptos", 79},
+    {"TiposLiquidacion", 10}, {"Encabezados", 1998}, {"Datos_Liquidacion", 36324},
+    {"Calendario_liq", 245}, {"Cotizacion", 25},
 };
 
 TEST(SourceKinds, TheDemoFromEverySourceKindLeavesTheSameKelCompany) {
@@ -197,8 +172,22 @@ TEST(SourceKinds, TheDemoFromEverySourceKindLeavesTheSameKelCompany) {
   Import reference;
   reference.run((reference.demo / "Origen_CSV").string(), 0);
   const Dump expected = dump_tables(reference.company);
-  ASSERT_EQ(expected.at("Datos_Liquidacion").size(), 36324u);
-  ASSERT_EQ(expected.at("Personas").size(), 52u);
+  for (const auto& [table, rows] : kImportedCounts) ASSERT_EQ(expected.at(table).size(), rows) << table;
+  const auto kel = [&](const std::string& sql) { return kel_test::query_text(reference.company, sql); };
+  EXPECT_EQ(kel("SELECT count(*) FROM Personas WHERE id_Persona >= 1000000000"), "0");
+  EXPECT_EQ(kel("SELECT Nombre FROM Empresa WHERE IdEmpresa = 1"),
+            kel_test::query_text(reference.staging, "SELECT Nombre FROM Empresa"));
+  // Person 27 was in KEL already (matched by document): its contract kept
+  // its id and took the person's number; the staged ones came above.
+  EXPECT_EQ(kel("SELECT group_concat(Id_Contrato || ':' || NUMERO_ALTERNATIVO || ':' || FECHA_INICIO, ',') FROM "
+                "(SELECT * FROM Contrato WHERE Id_Persona = 27 ORDER BY Id_Contrato)"),
+            "6:27:2009-05-01,43:27_1:2009-05-15,44:27_2:2023-06-28");
+  // A month's headers with their recomputed totals.
+  EXPECT_EQ(kel("SELECT count(*) || '/' || round(sum(Cod1), 2) || '/' || round(sum(Liquido), 2) FROM Encabezados "
+                "WHERE MesDeLiq = '2024-12-01'"),
+            "128/4865912.78/5009230.73");
+  // The KEL file is left in its own journal mode.
+  EXPECT_EQ(kel("PRAGMA journal_mode"), "delete");
 
   std::unique_ptr<PgTestServer> server;
   struct Kind {
@@ -211,7 +200,7 @@ TEST(SourceKinds, TheDemoFromEverySourceKindLeavesTheSameKelCompany) {
       {"archivo SQLite", [](Import& i) { return (i.demo / "Origen_BD").string(); }, 1},
       {"ODBC sobre SQLite",
        [&](Import& i) -> std::string {
-         if (!sqlite_odbc_declared()) {
+         if (!kel_test::sqlite_odbc_declared()) {
            skipped = "no está instalado el controlador ODBC de SQLite (libsqliteodbc)";
            return "";
          }
@@ -291,7 +280,7 @@ namespace {
 // a repeated id refuses the table, naming the rows; with the option to set
 // rows aside, the later row goes to rechazados/Personas.csv and the rest loads.
 TEST(SourceKinds, KeysFromAnOdbcSourceAreRefusedOrSetAside) {
-  if (!sqlite_odbc_declared()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite (libsqliteodbc)";
+  if (!kel_test::sqlite_odbc_declared()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite (libsqliteodbc)";
   for (const bool set_aside : {false, true}) {
     SCOPED_TRACE(set_aside ? "apartadas" : "rechazada");
     Import i;

@@ -79,20 +79,22 @@ class RecordingUi : public ScriptedUserInterface {
   }
 };
 
-// The program folder above and a KEL company in ".../E001/Empresa.mdb" (a
-// folder name with a blank on the way), whose staging database is
-// prog/E001/Pasaje.mdb.
+// The program folder above and a KEL company at `where` in the temporary
+// folder (by default ".../E001/Empresa.mdb", a folder name with a blank on
+// the way), whose staging database is prog/<the company's folder>/Pasaje.mdb.
 struct Session {
   TempFolder tmp;
   preview::StagedPreview preview;
   mapping::MappingPanel mapping;
   fs::path prog = tmp / "prog";
-  fs::path company = tmp / "Datos con espacio" / "E001" / "Empresa.mdb";
-  fs::path staging_db = prog / "E001" / "Pasaje.mdb";
+  fs::path company;
+  fs::path staging_db;
   RecordingUi ui;
   transfer::Importer importer;  // the program's transfer
 
-  explicit Session(const std::string& nombre = "ACME", const std::string& razon_social = "ACME SA") {
+  explicit Session(const std::string& nombre = "ACME", const std::string& razon_social = "ACME SA",
+                   const fs::path& where = fs::path("Datos con espacio") / "E001" / "Empresa.mdb")
+      : company(tmp / where), staging_db(prog / where.parent_path().filename() / "Pasaje.mdb") {
     make_program_folder(prog);
     make_kel_company(company, nombre, razon_social);
   }
@@ -130,6 +132,7 @@ struct DemoFolders {
   fs::path company = demo / "Empresa" / "Datos.mdb";
   fs::path staging = prog / "Empresa" / "Pasaje.mdb";
 
+  std::string staged(const std::string& sql) const { return query_text(staging, sql); }
   DemoFolders() {
     const fs::path built = KEL_PROGRAM_DIR;
     EXPECT_TRUE(fs::exists(built / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";

@@ -9,6 +9,7 @@
 
 namespace {
 
+namespace fs = std::filesystem;
 using kel_test::has_line;
 using Log = std::vector<std::string>;
 
@@ -226,9 +227,6 @@ TEST(ControllerImport, ErrorInAStepIsReportedAndStopsTheRun) {
   EXPECT_NE(s2.report().find("Mensaje: fallo de prueba", report.size()), std::string::npos);
 }
 
-
-namespace fs = std::filesystem;
-
 // The copies' names: the minute, then the seconds, then a counter; the name
 // says which company file a copy belongs to.
 TEST(SafetyCopy, NamesAreFreeAndSayTheirCompany) {
@@ -335,45 +333,30 @@ TEST(SafetyCopy, ErrorOffersTheRestore) {
     EXPECT_EQ(report.find("devuelta desde la copia") != std::string::npos, row.restored) << report;
   }
 }
-}  // namespace
-
-namespace {
-
-namespace fs = std::filesystem;
 
 // The program's own steps through the controller, with a company folder
 // whose name holds a single quote: the staging path goes into the `in`
 // clauses with its quote doubled, and the staged rows arrive.
 TEST(ControllerImport, RealStepsReadAStagingFolderWithAQuote) {
-  kel_test::TempFolder tmp;
-  const fs::path prog = tmp / "prog";
-  const fs::path company = tmp / "O'Brien" / "Empresa.mdb";
-  kel_test::make_program_folder(prog);
-  kel_test::make_kel_company(company, "OBRIEN", "OBRIEN SA");
-  kel_test::RecordingUi ui;
-  ui.default_answer = true;
-  transfer::Importer importer;
-  preview::StagedPreview preview;
-  mapping::MappingPanel mapping;
-  session::MainWindowController c(prog, ui, importer, preview, mapping);
-  c.Form_Load(company.string());
-  const fs::path staging = prog / "O'Brien" / "Pasaje.mdb";
-  ASSERT_EQ(c.staging_folder(), prog / "O'Brien");
-  kel_test::run_sqlite(staging,
+  kel_test::Session s("OBRIEN", "OBRIEN SA", fs::path("O'Brien") / "Empresa.mdb");
+  s.ui.default_answer = true;
+  auto c = s.start();
+  ASSERT_EQ(c->staging_folder(), s.prog / "O'Brien");
+  kel_test::run_sqlite(s.staging_db,
                        "INSERT INTO Empresa (IdEmpresa, Nombre, RazonSocial) VALUES (9, 'O''Brien', 'O''Brien SA');"
                        "INSERT INTO Planillas (id_planilla, SubNombre, Numero, id_Tplanilla) VALUES (5, '', 'BPS-1', 3);"
                        "INSERT INTO Cargos (id_Cargo, Cargo) VALUES (4, 'Capataz');"
                        "INSERT INTO Personas (id_Persona, NUMERO, Apellido_1) VALUES (3, '1.234.567-8', 'Ruiz');"
                        "INSERT INTO Contrato (Id_Contrato, NUMERO_ALTERNATIVO, Id_Persona, HORAS, FECHA_INICIO, AcuLab) "
                        "VALUES (1, '3', 3, 8, '2024-01-01', 0);");
-  c.state.ChkOP = {true, true, true, false, false};
+  c->state.ChkOP = {true, true, true, false, false};
 
-  const session::ImportResult result = c.cbImportar_Click();
+  const session::ImportResult result = c->cbImportar_Click();
 
   ASSERT_TRUE(result.finished);
   ASSERT_EQ(result.steps.size(), 3u);
-  EXPECT_EQ(ui.log.back(), "INFO: Importación Satisfactoria!!");
-  const auto kel = [&](const std::string& sql) { return kel_test::query_text(company, sql); };
+  EXPECT_EQ(s.ui.log.back(), "INFO: Importación Satisfactoria!!");
+  const auto kel = [&](const std::string& sql) { return kel_test::query_text(s.company, sql); };
   EXPECT_EQ(kel("SELECT IdEmpresa || ':' || Nombre FROM Empresa"), "1:O'Brien");
   EXPECT_EQ(kel("SELECT group_concat(id_planilla || ':' || Numero, ',') FROM "
                 "(SELECT * FROM Planillas ORDER BY id_planilla)"),
@@ -384,7 +367,7 @@ TEST(ControllerImport, RealStepsReadAStagingFolderWithAQuote) {
   EXPECT_EQ(kel("SELECT idContrato || ':' || idPlanilla FROM rPlanillas"), "1:5");
   // The company file keeps its own journal mode; the staging database is ours.
   EXPECT_EQ(kel("PRAGMA journal_mode"), "delete");
-  EXPECT_EQ(kel_test::query_text(staging, "PRAGMA journal_mode"), "wal");
+  EXPECT_EQ(kel_test::query_text(s.staging_db, "PRAGMA journal_mode"), "wal");
   // What the run reports: the company's rows, counted.
   const transfer::StepReport& empresa = result.steps[0].report;
   EXPECT_EQ(empresa.total("insertadas"), 3);  // the company, the registration 0 and the staged one

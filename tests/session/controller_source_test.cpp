@@ -11,6 +11,7 @@
 
 namespace {
 
+namespace fs = std::filesystem;
 using kel_test::Session;
 using Log = std::vector<std::string>;
 
@@ -139,24 +140,18 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   kel_test::write_file(s.tmp / "odbc.ini", "[Sueldos]\nDriver=SQLite3\nDatabase=" + (s.tmp / "fuente.db").string() + "\n");
   setenv("ODBCINI", (s.tmp / "odbc.ini").c_str(), 1);
   s.ui.data_sources = {"Sueldos"};
-  session::MainWindowController c(s.prog, s.ui, s.importer, s.preview, s.mapping);
-  c.Form_Load(s.company.string() + "**1");
-  c.cbBuscar_Click(0);
-  EXPECT_EQ(c.view.txtRuta, "Sueldos");
-  ASSERT_TRUE(c.source);
-  if (!c.source->is_open()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite";
-  EXPECT_EQ(c.source->data_source_name(), "Sueldos");
+  auto c = s.start(s.company.string() + "**1");
+  c->cbBuscar_Click(0);
+  EXPECT_EQ(c->view.txtRuta, "Sueldos");
+  ASSERT_TRUE(c->source);
+  if (!c->source->is_open()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite";
+  EXPECT_EQ(c->source->data_source_name(), "Sueldos");
   EXPECT_FALSE(s.preview.lblDatosCP_visible);  // staged with no folder test
   EXPECT_FALSE(kel_test::has_line(s.ui.log, "AVISO: La carpeta Sueldos No existe"));
   EXPECT_EQ(s.staged("SELECT Nombre FROM Empresa"), "Cargada");
-  EXPECT_EQ(c.state.ColArchTablas.ColArchTablas("Empresa*1").Ruta, "DSN=Sueldos;");
+  EXPECT_EQ(c->state.ColArchTablas.ColArchTablas("Empresa*1").Ruta, "DSN=Sueldos;");
 }
 
-}  // namespace
-
-namespace {
-
-namespace fs = std::filesystem;
 
 // A real Access file in the source folder of a database-form format: its
 // tables are read through a copy kept beside the staging database, and the

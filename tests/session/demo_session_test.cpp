@@ -113,7 +113,7 @@ TEST(DemoSession, CsvFormStagesTheSameDataAsTheDatabaseForm) {
   const Counts from_csv = d.stage(csv, 0, ui);
   EXPECT_TRUE(ui.log.empty()) << ui.log.front();
   std::vector<std::string> digests;
-  for (const char* sql : kDigests) digests.push_back(kel_test::query_text(d.staging, sql));
+  for (const char* sql : kDigests) digests.push_back(d.staged(sql));
 
   // The CSV form carries the same marks as the database form.
   const std::string links = marked_links(d.demo / "Origen_BD" / "origen.mdb");
@@ -128,7 +128,7 @@ TEST(DemoSession, CsvFormStagesTheSameDataAsTheDatabaseForm) {
   expect_source_rows_staged(row_counts(d.demo / "Origen.mdb"), from_csv);
   for (std::size_t i = 0; i < digests.size(); ++i) {
     EXPECT_FALSE(digests[i].empty()) << kDigests[i];
-    EXPECT_EQ(digests[i], kel_test::query_text(d.staging, kDigests[i])) << kDigests[i];
+    EXPECT_EQ(digests[i], d.staged(kDigests[i])) << kDigests[i];
   }
 }
 
@@ -149,13 +149,13 @@ TEST(DemoSession, OdbcFormStagesTheSameDataAsTheDatabaseForm) {
   const Counts from_odbc = d.stage("kel_demo", 2, ui);
   EXPECT_TRUE(ui.log.empty()) << ui.log.front();
   std::vector<std::string> digests;
-  for (const char* sql : kDigests) digests.push_back(kel_test::query_text(d.staging, sql));
+  for (const char* sql : kDigests) digests.push_back(d.staged(sql));
   expect_source_rows_staged(row_counts(d.demo / "Origen.mdb"), from_odbc);
 
   const Counts from_db = d.stage(d.demo / "Origen_BD", 1, ui);
   EXPECT_EQ(from_odbc, from_db);
   for (std::size_t i = 0; i < digests.size(); ++i)
-    EXPECT_EQ(digests[i], kel_test::query_text(d.staging, kDigests[i])) << kDigests[i];
+    EXPECT_EQ(digests[i], d.staged(kDigests[i])) << kDigests[i];
 
   // No table of the format: said, and nothing staged is lost.
   preview::StagedPreview preview;

@@ -37,7 +37,6 @@ struct StagedDemo : kel_test::DemoFolders {
     EXPECT_EQ(c->last_load_stats.statements_failed, 0);
     ui.log.clear();
   }
-  std::string staged(const std::string& sql) const { return kel_test::query_text(staging, sql); }
   // The CodigoOS column of the concept grid, top to bottom.
   Log concept_ids() const {
     Log ids;

@@ -176,7 +176,7 @@ TEST(SourceKinds, TheDemoFromEverySourceKindLeavesTheSameKelCompany) {
   const auto kel = [&](const std::string& sql) { return kel_test::query_text(reference.company, sql); };
   EXPECT_EQ(kel("SELECT count(*) FROM Personas WHERE id_Persona >= 1000000000"), "0");
   EXPECT_EQ(kel("SELECT Nombre FROM Empresa WHERE IdEmpresa = 1"),
-            kel_test::query_text(reference.staging, "SELECT Nombre FROM Empresa"));
+            reference.staged("SELECT Nombre FROM Empresa"));
   // Person 27 was in KEL already (matched by document): its contract kept
   // its id and took the person's number; the staged ones came above.
   EXPECT_EQ(kel("SELECT group_concat(Id_Contrato || ':' || NUMERO_ALTERNATIVO || ':' || FECHA_INICIO, ',') FROM "

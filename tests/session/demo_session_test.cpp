@@ -80,23 +80,6 @@ void expect_source_rows_staged(const Counts& source, const Counts& staged) {
   EXPECT_NE(staged.at("Datos_Liquidacion"), "0");
 }
 
-TEST(DemoSession, DatabaseFileFormStagesEveryTable) {
-  DemoCopy d;
-  kel_test::RecordingUi ui;
-  const Counts staged = d.stage(d.demo / "Origen_BD", 1, ui);
-  EXPECT_TRUE(ui.log.empty()) << ui.log.front();
-  expect_source_rows_staged(row_counts(d.demo / "Origen.mdb"), staged);
-  // A new staging database has no mappings: every marked concept is linked
-  // by the format, and only those.
-  const std::string links = marked_links(d.demo / "Origen_BD" / "origen.mdb");
-  EXPECT_GE(std::count(links.begin(), links.end(), ','), 5) << links;
-  EXPECT_EQ(links.find("marca"), std::string::npos) << links;
-  EXPECT_EQ(staged_links(d.staging), links);
-  // The build tree's demo is untouched: its staging database is elsewhere.
-  EXPECT_FALSE(fs::exists(kBuiltProgram / "Empresa" / "Pasaje.mdb") &&
-               fs::last_write_time(kBuiltProgram / "Empresa" / "Pasaje.mdb") > fs::last_write_time(d.staging));
-}
-
 // Contents that texts, dates and amounts must carry the same in both forms.
 const char* const kDigests[] = {
     "SELECT group_concat(id_Persona || ':' || ifnull(Apellido_1, '') || ':' || ifnull(Nombre_1, '') || ':' || "
@@ -105,31 +88,44 @@ const char* const kDigests[] = {
     "SELECT group_concat(id_Concepto || ':' || ifnull(Nombre, ''), ',') FROM (SELECT * FROM Conceptos ORDER BY id_Concepto)",
 };
 
-TEST(DemoSession, CsvFormStagesTheSameDataAsTheDatabaseForm) {
+// The digests of what `d` staged; each one has data.
+std::vector<std::string> digests(const DemoCopy& d) {
+  std::vector<std::string> out;
+  for (const char* sql : kDigests) {
+    out.push_back(d.staged(sql));
+    EXPECT_FALSE(out.back().empty()) << sql;
+  }
+  return out;
+}
+
+// Both forms stage every table of the source alike: the CSV form on a new
+// staging database, then the database-file form over the kept mappings.
+TEST(DemoSession, CsvAndDatabaseFormsStageEveryTableAlike) {
   DemoCopy d;
   const fs::path csv = d.demo / "Origen_CSV";
   ASSERT_TRUE(fs::exists(csv / "Empresa.csv")) << "the build makes the demo's CSV files";
   kel_test::RecordingUi ui;
   const Counts from_csv = d.stage(csv, 0, ui);
-  EXPECT_TRUE(ui.log.empty()) << ui.log.front();
-  std::vector<std::string> digests;
-  for (const char* sql : kDigests) digests.push_back(d.staged(sql));
+  const std::vector<std::string> csv_digests = digests(d);
 
-  // The CSV form carries the same marks as the database form.
+  // A new staging database has no mappings: every marked concept is linked
+  // by the format, and only those.
   const std::string links = marked_links(d.demo / "Origen_BD" / "origen.mdb");
-  EXPECT_FALSE(links.empty());
+  EXPECT_GE(std::count(links.begin(), links.end(), ','), 5) << links;
+  EXPECT_EQ(links.find("marca"), std::string::npos) << links;
   EXPECT_EQ(staged_links(d.staging), links);
 
   // Loaded again from the other form, over the kept mappings: the links are
   // already there and none is added twice.
   const Counts from_db = d.stage(d.demo / "Origen_BD", 1, ui);
+  EXPECT_TRUE(ui.log.empty()) << ui.log.front();
   EXPECT_EQ(staged_links(d.staging), links);
   EXPECT_EQ(from_csv, from_db);
   expect_source_rows_staged(row_counts(d.demo / "Origen.mdb"), from_csv);
-  for (std::size_t i = 0; i < digests.size(); ++i) {
-    EXPECT_FALSE(digests[i].empty()) << kDigests[i];
-    EXPECT_EQ(digests[i], d.staged(kDigests[i])) << kDigests[i];
-  }
+  EXPECT_EQ(digests(d), csv_digests);
+  // The build tree's demo is untouched: its staging database is elsewhere.
+  EXPECT_FALSE(fs::exists(kBuiltProgram / "Empresa" / "Pasaje.mdb") &&
+               fs::last_write_time(kBuiltProgram / "Empresa" / "Pasaje.mdb") > fs::last_write_time(d.staging));
 }
 
 // The demo's source database reached as an ODBC data source (format 2, the
@@ -148,14 +144,12 @@ TEST(DemoSession, OdbcFormStagesTheSameDataAsTheDatabaseForm) {
   kel_test::RecordingUi ui;
   const Counts from_odbc = d.stage("kel_demo", 2, ui);
   EXPECT_TRUE(ui.log.empty()) << ui.log.front();
-  std::vector<std::string> digests;
-  for (const char* sql : kDigests) digests.push_back(d.staged(sql));
+  const std::vector<std::string> odbc_digests = digests(d);
   expect_source_rows_staged(row_counts(d.demo / "Origen.mdb"), from_odbc);
 
   const Counts from_db = d.stage(d.demo / "Origen_BD", 1, ui);
   EXPECT_EQ(from_odbc, from_db);
-  for (std::size_t i = 0; i < digests.size(); ++i)
-    EXPECT_EQ(digests[i], d.staged(kDigests[i])) << kDigests[i];
+  EXPECT_EQ(digests(d), odbc_digests);
 
   // No table of the format: said, and nothing staged is lost.
   preview::StagedPreview preview;

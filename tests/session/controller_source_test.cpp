@@ -152,32 +152,4 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   EXPECT_EQ(c->state.ColArchTablas.ColArchTablas("Empresa*1").Ruta, "DSN=Sueldos;");
 }
 
-
-// A real Access file in the source folder of a database-form format: its
-// tables are read through a copy kept beside the staging database, and the
-// Access file itself is left as it was.
-TEST(ControllerStaging, AccessFileInTheSourceFolderIsStaged) {
-  const fs::path sample = fs::path(KEL_SHARED_DIR) / "fixtures" / "access" / "nwind.mdb";
-  if (!fs::exists(sample)) GTEST_SKIP() << "Faltan las bases de Access de prueba en " << sample.parent_path();
-  Session s;
-  const fs::path src = s.tmp / "origen";
-  fs::create_directories(src);
-  fs::copy_file(sample, src / "nwind.mdb");
-  const std::string before = TempDir::read(src / "nwind.mdb");
-  kel_test::write_file(s.prog / "a.fmt", "TipoBD=1\r\nBD=\r\nCargos|NOM(*.mdb)|cargos_access.sql|2\r\n");
-  kel_test::write_file(s.prog / "cargos_access.sql",
-                       "Insert Into Cargos (id_Cargo, Cargo, Laudo) Select ProductID, ProductName, UnitPrice "
-                       "From Products in '[BDOrigen]';\r\n");
-  auto c = s.start(s.company.string() + "*" + src.string() + "*0");
-  c->Form_Activate();
-  EXPECT_FALSE(s.preview.lblDatosCP_visible) << (s.ui.log.empty() ? "" : s.ui.log.back());
-  EXPECT_EQ(s.staged("SELECT count(*) || '/' || sum(Laudo > 0) FROM Cargos"), "77/77");
-  EXPECT_EQ(s.staged("SELECT Cargo FROM Cargos WHERE id_Cargo = 1"), "Chai");
-  EXPECT_EQ(TempDir::read(src / "nwind.mdb"), before);
-  bool cached = false;
-  for (const auto& e : fs::directory_iterator(s.staging_db.parent_path()))
-    cached = cached || e.path().string().ends_with(".origen.db");
-  EXPECT_TRUE(cached) << "the copy is kept beside the staging database";
-}
-
 }  // namespace

@@ -262,6 +262,12 @@ TEST(SourceKinds, AnAccessFileIsImportedIntoKel) {
                        "Insert Into Personas (id_Persona, NUMERO, Apellido_1, Nombre_1, Fecha_Nacimiento) Select "
                        "EmployeeID, 'NW' & EmployeeID, LastName, FirstName, BirthDate From Employees in '[BDOrigen]';\r\n");
   i.run((i.tmp.path() / "access").string(), 3, 3);  // the fourth format (after the shipped ones), groups 1 to 3
+  // Staged whole, through a copy kept beside the staging database.
+  EXPECT_EQ(i.staged("SELECT count(*) || '/' || sum(Laudo > 0) FROM Cargos"), "77/77");
+  bool cached = false;
+  for (const auto& e : fs::directory_iterator(i.staging.parent_path()))
+    cached = cached || e.path().string().ends_with(".origen.db");
+  EXPECT_TRUE(cached) << "the copy is kept beside the staging database";
   const auto kel = [&](const std::string& sql) { return kel_test::query_text(i.company, sql); };
   EXPECT_EQ(kel("SELECT count(*) FROM Cargos WHERE Cargo IN ('Chai', 'Chang', 'Aniseed Syrup')"), "3");
   EXPECT_EQ(kel("SELECT group_concat(Nombre_1 || ' ' || Apellido_1, ',') FROM (SELECT * FROM Personas WHERE NUMERO "

@@ -11,7 +11,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using kel_test::Session;
 using Log = std::vector<std::string>;
 

@@ -67,35 +67,33 @@ TEST(ControllerStartup, DestinationAloneOpensEverythingAndStagesNothing) {
   // No source: no load ran, and the empty staging has no earlier data to show.
   EXPECT_FALSE(s.preview.lblDatosCP_visible);
   EXPECT_EQ(s.staged("SELECT count(*) FROM Empresa"), "0");
-
 }
 
 TEST(ControllerStartup, SourceOnTheCommandLineIsStagedAtTheFirstActivationOnly) {
   Session s;
   kel_test::write_file(s.tmp / "origen" / "empresa01.txt", "una linea\r\n");
-  session::MainWindowController c(s.prog, s.ui, s.importer, s.preview, s.mapping);
-  c.Form_Load(s.company.string() + "*" + (s.tmp / "origen").string() + "*2");
-  EXPECT_EQ(c.state.current_format_file, "c.fmt");
-  EXPECT_EQ(c.state.TipoImp.kind, 1);
+  auto c = s.start(s.company.string() + "*" + (s.tmp / "origen").string() + "*2");
+  EXPECT_EQ(c->state.current_format_file, "c.fmt");
+  EXPECT_EQ(c->state.TipoImp.kind, 1);
   EXPECT_EQ(s.staged("SELECT count(*) FROM Empresa"), "0");  // nothing staged before activation
   EXPECT_EQ(s.preview.txtDatEmp[0], "");                     // the preview shows the empty staging
 
   // While the load runs the view says so, for the window to keep its
   // buttons disabled; afterwards it does not.
   bool running_seen = false;
-  c.view.Barra.yield = [&] { running_seen = running_seen || c.view.running; };
-  c.Form_Activate();
+  c->view.Barra.yield = [&] { running_seen = running_seen || c->view.running; };
+  c->Form_Activate();
   EXPECT_TRUE(running_seen);
-  EXPECT_FALSE(c.view.running);
+  EXPECT_FALSE(c->view.running);
   EXPECT_EQ(s.staged("SELECT Nombre FROM Empresa"), "Cargada");
   EXPECT_EQ(s.staged("SELECT count(*) FROM Cargos"), "0");  // no cargos file in the folder
-  EXPECT_EQ(c.state.ChkOP, (std::array<bool, 5>{true, false, false, false, false}));
+  EXPECT_EQ(c->state.ChkOP, (std::array<bool, 5>{true, false, false, false, false}));
   EXPECT_FALSE(s.preview.lblDatosCP_visible);
   EXPECT_EQ(s.preview.txtDatEmp[0], "Cargada");  // the preview after the load
-  EXPECT_FALSE(c.view.Barra.visible());  // the load ends with a reset
+  EXPECT_FALSE(c->view.Barra.visible());  // the load ends with a reset
 
   kel_test::run_sqlite(s.staging_db, "DELETE FROM Empresa;");
-  c.Form_Activate();
+  c->Form_Activate();
   EXPECT_EQ(s.staged("SELECT count(*) FROM Empresa"), "0");
   EXPECT_TRUE(s.ui.log.empty());
 }

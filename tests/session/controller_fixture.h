@@ -141,6 +141,11 @@ struct DemoFolders {
   }
 };
 
+// The tables of a SQLite file, SQLite's own aside.
+inline std::vector<std::string> table_names(const fs::path& file) {
+  return test_support::native_rows(file, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite%'");
+}
+
 // True when the driver manager declares the SQLite ODBC driver as "SQLite3".
 inline bool sqlite_odbc_declared() { return !test_support::odbc_driver_library("SQLite3").empty(); }
 

@@ -18,8 +18,7 @@ const fs::path kBuiltProgram = KEL_PROGRAM_DIR;
 
 Counts row_counts(const fs::path& db) {
   Counts counts;
-  for (const std::string& t :
-       test_support::native_rows(db, "SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite%'"))
+  for (const std::string& t : kel_test::table_names(db))
     counts[t] = kel_test::query_text(db, "SELECT count(*) FROM \"" + t + "\"");
   return counts;
 }

@@ -28,8 +28,7 @@ const fs::path kBuiltProgram = KEL_PROGRAM_DIR;
 // (so Null and '' differ), ordered by all columns (the key first).
 Dump dump_tables(const fs::path& file) {
   Dump dump;
-  for (const std::string& table : test_support::native_rows(
-           file, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite%'")) {
+  for (const std::string& table : kel_test::table_names(file)) {
     std::string values, order;
     for (const std::string& column :
          test_support::native_rows(file, "SELECT name FROM pragma_table_xinfo('" + table + "')")) {
@@ -63,13 +62,8 @@ std::string first_difference(const Dump& expected, const Dump& got) {
 void copy_to_server(const fs::path& from, db::OdbcConnection& to) {
   sqlite3* db = nullptr;
   ASSERT_EQ(sqlite3_open_v2(from.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
-  std::vector<std::string> tables;
   sqlite3_stmt* st = nullptr;
-  sqlite3_prepare_v2(db, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite%'", -1, &st,
-                     nullptr);
-  while (sqlite3_step(st) == SQLITE_ROW) tables.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
-  sqlite3_finalize(st);
-  for (const std::string& table : tables) {
+  for (const std::string& table : kel_test::table_names(from)) {
     // The columns a Select gives (generated ones too), with their declared types.
     sqlite3_prepare_v2(db, ("SELECT * FROM \"" + table + "\" ORDER BY rowid").c_str(), -1, &st, nullptr);
     std::string create = "CREATE TABLE \"" + table + "\" (";

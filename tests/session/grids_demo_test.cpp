@@ -225,21 +225,6 @@ TEST(GridsOnTheDemo, TypeMapping) {
                            "AVISO: Debe seleccionar una relación para quitar"}));
 }
 
-TEST(GridsOnTheDemo, KeyboardFlowBetweenTheLookups) {
-  StagedDemo d;
-  mapping::MappingPanel& m = d.mapping;
-  m.objCodOS.set_focus(lookup::Focus::kDescripcion);
-  m.objCodOS.descripcion_key_down(lookup::kKeyEnter, 0);
-  EXPECT_EQ(m.focus, PanelFocus::kObjCodKel);
-  EXPECT_EQ(m.ObjCodKel.focus(), lookup::Focus::kCodigo);
-  m.ObjCodKel.list_click(0);
-  m.ObjCodKel.list_key_press(lookup::kKeyEnter);
-  EXPECT_EQ(m.focus, PanelFocus::kCmbImportar);
-  m.cmbImportar_key_press(lookup::kKeyEnter);
-  EXPECT_EQ(m.focus, PanelFocus::kCbAgregar);
-  EXPECT_EQ(d.staged("SELECT count(*) FROM RelacConc WHERE CodKEL=" + m.ObjCodKel.Dato1()), "0");  // not pressed
-}
-
 TEST(GridsOnTheDemo, PreviewAndLookups) {
   StagedDemo d;
   const preview::StagedPreview& p = d.preview;

@@ -156,6 +156,9 @@ TEST(ControllerImport, StepsRunTickedInFixedOrderThenGridsAndClosingBox) {
   EXPECT_TRUE(result.finished);
   EXPECT_TRUE(result.steps.empty());
   EXPECT_EQ(s.calls, Log{});
+  EXPECT_TRUE(result.safety_copy.empty());  // nothing ticked: no copy either
+  for (const auto& entry : fs::directory_iterator(s.company.parent_path()))
+    EXPECT_EQ(entry.path().filename().string().find(".antes-de-importar-"), std::string::npos);
   EXPECT_EQ(s.c->mapping().GridRelacTL.row_texts(), Log{});
   EXPECT_EQ(s.ui.log.back(), kDone);
 
@@ -250,8 +253,9 @@ TEST(SafetyCopy, NamesAreFreeAndSayTheirCompany) {
     EXPECT_TRUE(session::CompanyFileOfCopy(tmp / bad).empty()) << bad;
 }
 
-// The copy is made before the first step and only when a group is ticked; a
-// copy that cannot be made stops the run before anything changes.
+// The copy is made before the first step (none when no group is ticked:
+// StepsRunTickedInFixedOrderThenGridsAndClosingBox); a copy that cannot be
+// made stops the run before anything changes.
 TEST(SafetyCopy, TakenBeforeTheFirstStepOrTheRunDoesNotStart) {
   {
     ImportSession s;
@@ -269,14 +273,6 @@ TEST(SafetyCopy, TakenBeforeTheFirstStepOrTheRunDoesNotStart) {
     EXPECT_EQ(s.c->last_import_report_file.parent_path(), s.prog / "E001");
     EXPECT_NE(report.find("Copia de seguridad: " + result.safety_copy.string()), std::string::npos) << report;
     EXPECT_NE(report.find("Resultado: importación terminada"), std::string::npos) << report;
-  }
-  {
-    ImportSession s;
-    s.ui.default_answer = true;
-    s.c->state.ChkOP = {false, false, false, false, false};
-    EXPECT_TRUE(s.c->cbImportar_Click().safety_copy.empty());
-    for (const auto& entry : fs::directory_iterator(s.company.parent_path()))
-      EXPECT_EQ(entry.path().filename().string().find(".antes-de-importar-"), std::string::npos);
   }
   {
     // The company file is gone from its folder (the connection still holds

@@ -24,15 +24,15 @@ using Dump = std::map<std::string, std::vector<std::string>>;  // table -> rows 
 
 const fs::path kBuiltProgram = KEL_PROGRAM_DIR;
 
-// Every table of a KEL file, each row as its quoted values joined by "|"
-// (so Null and '' differ), ordered by all columns (the key first).
+// Every table of a KEL file, each row as its values joined by "|" (Null as
+// "NULL", so that it differs from ''), ordered by all columns (the key first).
 Dump dump_tables(const fs::path& file) {
   Dump dump;
   for (const std::string& table : kel_test::table_names(file)) {
     std::string values, order;
     for (const std::string& column :
          test_support::native_rows(file, "SELECT name FROM pragma_table_xinfo('" + table + "')")) {
-      values += (values.empty() ? "quote(\"" : " || '|' || quote(\"") + column + "\")";
+      values += (values.empty() ? "ifnull(\"" : " || '|' || ifnull(\"") + column + "\", 'NULL')";
       order += (order.empty() ? "\"" : ", \"") + column + "\"";
     }
     dump[table] = test_support::native_rows(file, "SELECT " + values + " FROM \"" + table + "\" ORDER BY " + order);

@@ -7,6 +7,8 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 #include "db/open_database.h"
 #include "session/main_controller.h"
@@ -148,6 +150,16 @@ inline std::vector<std::string> table_names(const fs::path& file) {
 
 // True when the driver manager declares the SQLite ODBC driver as "SQLite3".
 inline bool sqlite_odbc_declared() { return !test_support::odbc_driver_library("SQLite3").empty(); }
+
+// Writes `folder`/odbc.ini with one data source on the SQLite ODBC driver
+// per (name, database file) and points the driver manager at it.
+inline void use_sqlite_data_sources(const fs::path& folder,
+                                    const std::vector<std::pair<std::string, fs::path>>& sources) {
+  std::string ini;
+  for (const auto& [name, file] : sources) ini += "[" + name + "]\nDriver=SQLite3\nDatabase=" + file.string() + "\n\n";
+  write_file(folder / "odbc.ini", ini);
+  setenv("ODBCINI", (folder / "odbc.ini").c_str(), 1);
+}
 
 inline bool has_line(const std::vector<std::string>& log, const std::string& line) {
   return std::find(log.begin(), log.end(), line) != log.end();

@@ -136,8 +136,7 @@ TEST(ControllerStaging, OdbcSourceIsPickedAndNeverTestedForExistence) {
   // A real data source: the SQLite ODBC driver on a source company file.
   kel_test::write_file(s.prog / "b.fmt", "TipoBD=0\r\nBD=\r\nEmpresa|NOM(empresa)|empresa.sql|1\r\n");
   kel_test::make_source_company(s.tmp / "fuente.db", "ACME", "ACME SA");
-  kel_test::write_file(s.tmp / "odbc.ini", "[Sueldos]\nDriver=SQLite3\nDatabase=" + (s.tmp / "fuente.db").string() + "\n");
-  setenv("ODBCINI", (s.tmp / "odbc.ini").c_str(), 1);
+  kel_test::use_sqlite_data_sources(s.tmp.path(), {{"Sueldos", s.tmp / "fuente.db"}});
   s.ui.data_sources = {"Sueldos"};
   auto c = s.start(s.company.string() + "**1");
   c->cbBuscar_Click(0);

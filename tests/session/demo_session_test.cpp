@@ -133,12 +133,9 @@ TEST(DemoSession, CsvAndDatabaseFormsStageEveryTableAlike) {
 TEST(DemoSession, OdbcFormStagesTheSameDataAsTheDatabaseForm) {
   if (!kel_test::sqlite_odbc_declared()) GTEST_SKIP() << "no está instalado el controlador ODBC de SQLite (libsqliteodbc)";
   DemoCopy d;
-  const fs::path ini = d.tmp.path() / "odbc.ini";
-  kel_test::write_file(ini, "[kel_demo]\nDriver=SQLite3\nDatabase=" + (d.demo / "Origen_BD" / "origen.mdb").string() +
-                                "\n\n[kel_vacia]\nDriver=SQLite3\nDatabase=" + (d.tmp.path() / "vacia.db").string() +
-                                "\n");
   kel_test::run_sqlite(d.tmp.path() / "vacia.db", "CREATE TABLE Otra (x INTEGER);");
-  setenv("ODBCINI", ini.string().c_str(), 1);
+  kel_test::use_sqlite_data_sources(
+      d.tmp.path(), {{"kel_demo", d.demo / "Origen_BD" / "origen.mdb"}, {"kel_vacia", d.tmp.path() / "vacia.db"}});
 
   kel_test::RecordingUi ui;
   const Counts from_odbc = d.stage("kel_demo", 2, ui);

@@ -198,10 +198,7 @@ TEST(SourceKinds, TheDemoFromEverySourceKindLeavesTheSameKelCompany) {
            skipped = "no está instalado el controlador ODBC de SQLite (libsqliteodbc)";
            return "";
          }
-         const fs::path ini = i.tmp.path() / "odbc.ini";
-         kel_test::write_file(ini, "[kel_demo]\nDriver=SQLite3\nDatabase=" +
-                                       (i.demo / "Origen_BD" / "origen.mdb").string() + "\n");
-         setenv("ODBCINI", ini.c_str(), 1);
+         kel_test::use_sqlite_data_sources(i.tmp.path(), {{"kel_demo", i.demo / "Origen_BD" / "origen.mdb"}});
          return "kel_demo";
        },
        2},
@@ -292,9 +289,7 @@ TEST(SourceKinds, KeysFromAnOdbcSourceAreRefusedOrSetAside) {
                          "id_Pais INTEGER, ID_Doc_Exigidos INTEGER, FECHA_EMISION TEXT, FECHA_VENCIMIENTO TEXT);"
                          "INSERT INTO Personas (id_Persona, Nombre_1, Apellido_1) VALUES (1, 'Ana', 'Pérez'), "
                          "(2, 'Luis', 'Gómez'), (1, 'Otra', 'Ana'), (NULL, 'Sin', 'Número');");
-    const fs::path ini = i.tmp.path() / "odbc.ini";
-    kel_test::write_file(ini, "[kel_claves]\nDriver=SQLite3\nDatabase=" + source.string() + "\n");
-    setenv("ODBCINI", ini.c_str(), 1);
+    kel_test::use_sqlite_data_sources(i.tmp.path(), {{"kel_claves", source}});
     preview::StagedPreview preview;
     mapping::MappingPanel mapping;
     session::MainWindowController c(i.prog, i.ui, i.importer, preview, mapping);

@@ -134,13 +134,14 @@ struct DemoFolders {
   fs::path company = demo / "Empresa" / "Datos.mdb";
   fs::path staging = prog / "Empresa" / "Pasaje.mdb";
 
-  std::string staged(const std::string& sql) const { return query_text(staging, sql); }
   DemoFolders() {
     const fs::path built = KEL_PROGRAM_DIR;
     EXPECT_TRUE(fs::exists(built / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
     copy_program_folder(built, prog);
     fs::copy(built / "demo", demo, fs::copy_options::recursive);
   }
+  // The first value of a native query on the staging database.
+  std::string staged(const std::string& sql) const { return query_text(staging, sql); }
 };
 
 // The tables of a SQLite file, SQLite's own aside.

@@ -289,14 +289,24 @@ void backup_tables(const std::string& source_path, const std::vector<std::string
   publish_copy(partial, target_path, fail);
 }
 
-void restore_tables(const std::string& copy_path, const std::string& target_path,
-                    int busy_timeout_ms) {
-  const std::string fail =
-      "No se pudo devolver " + target_path + " desde la copia " + copy_path + ": ";
+namespace {
+
+// The start of a restore's error messages, once the copy was found and
+// passed SQLite's quick check; throws (with that start) when it did not.
+std::string checked_copy(const std::string& copy_path, const std::string& target_path) {
+  const std::string fail = "No se pudo devolver " + target_path + " desde la copia " + copy_path + ": ";
   std::error_code ec;
   if (!fs::is_regular_file(copy_path, ec)) throw Error(fail + "la copia no existe");
   const std::string problem = quick_check(copy_path);
   if (!problem.empty()) throw Error(fail + "la copia no pasó la verificación (" + problem + ")");
+  return fail;
+}
+
+}  // namespace
+
+void restore_tables(const std::string& copy_path, const std::string& target_path,
+                    int busy_timeout_ms) {
+  const std::string fail = checked_copy(copy_path, target_path);
   Handle target;
   int rc = sqlite3_open_v2(target_path.c_str(), &target.db, SQLITE_OPEN_READWRITE, nullptr);
   if (rc != SQLITE_OK) throw Error(fail + reason_of(rc, target.db));
@@ -326,12 +336,7 @@ void restore_tables(const std::string& copy_path, const std::string& target_path
 }
 
 void restore_database(const std::string& copy_path, const std::string& target_path) {
-  const std::string fail =
-      "No se pudo devolver " + target_path + " desde la copia " + copy_path + ": ";
-  std::error_code ec;
-  if (!fs::is_regular_file(copy_path, ec)) throw Error(fail + "la copia no existe");
-  const std::string problem = quick_check(copy_path);
-  if (!problem.empty()) throw Error(fail + "la copia no pasó la verificación (" + problem + ")");
+  const std::string fail = checked_copy(copy_path, target_path);
 
   const std::string temporary = target_path + ".restaurando";
   remove_quietly(temporary);
@@ -370,6 +375,7 @@ void restore_database(const std::string& copy_path, const std::string& target_pa
   // A journal or WAL beside the target belongs to the file being replaced:
   // the engine would apply it to the restored file. They go before the
   // rename; if the program stops in between, the restore is simply run again.
+  std::error_code ec;
   for (const char* suffix : {"-wal", "-shm", "-journal"}) {
     const std::string side = target_path + suffix;
     if (fs::exists(side, ec) && !fs::remove(side, ec)) {

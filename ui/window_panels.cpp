@@ -183,14 +183,34 @@ QTabWidget* data_tabs(WindowControls& w, QWidget* parent) {
   return w.datos;
 }
 
+// A lookup widget over `model`, found by `name`.
+LookupWidget* lookup_widget(lookup::LookupModel& model, const char* name, QWidget* page) {
+  auto* widget = new LookupWidget(model, page);
+  widget->setObjectName(name);
+  return widget;
+}
+
+// The form of a relation panel: the source's lookup above KEL's, and the add
+// and remove buttons under them; column 1 of the last row is left for the
+// panel's own control.
+QGridLayout* relation_form(LookupWidget* source, const char* source_caption, LookupWidget* kel,
+                           const char* kel_caption, QPushButton* add, QPushButton* remove, QWidget* page) {
+  auto* form = new QGridLayout;
+  form->addWidget(new QLabel(source_caption, page), 0, 0);
+  form->addWidget(source, 0, 1, 1, 3);
+  form->addWidget(new QLabel(kel_caption, page), 1, 0);
+  form->addWidget(kel, 1, 1, 1, 3);
+  form->addWidget(add, 2, 2);
+  form->addWidget(remove, 2, 3);
+  form->setColumnStretch(1, 1);
+  return form;
+}
+
 QWidget* concept_mapping(WindowControls& w, mapping::MappingPanel& m, QWidget* parent) {
   auto* page = new QWidget(parent);
   auto* v = new QVBoxLayout(page);
-  auto* form = new QGridLayout;
-  w.objCodOS = new LookupWidget(m.objCodOS, page);
-  w.objCodOS->setObjectName("objCodOS");
-  w.ObjCodKel = new LookupWidget(m.ObjCodKel, page);
-  w.ObjCodKel->setObjectName("ObjCodKel");
+  w.objCodOS = lookup_widget(m.objCodOS, "objCodOS", page);
+  w.ObjCodKel = lookup_widget(m.ObjCodKel, "ObjCodKel", page);
   w.cmbImportar = new QComboBox(page);
   w.cmbImportar->setObjectName("cmbImportar");
   for (const char* item : mapping::MappingPanel::kImportarItems) w.cmbImportar->addItem(item);
@@ -198,15 +218,10 @@ QWidget* concept_mapping(WindowControls& w, mapping::MappingPanel& m, QWidget* p
   w.cbAgrQuit[1] = button("&Quitar", indexed("cbAgrQuit", 1), page);
   w.cbAgrQuit[0]->setToolTip("Relacionar el concepto a importar con el de KEL (o marcarlo No Importar)");
   w.cbAgrQuit[1]->setToolTip("Quitar la relación de la fila elegida en la grilla");
-  form->addWidget(new QLabel("Concepto a importar:", page), 0, 0);
-  form->addWidget(w.objCodOS, 0, 1, 1, 3);
-  form->addWidget(new QLabel("Concepto de KEL:", page), 1, 0);
-  form->addWidget(w.ObjCodKel, 1, 1, 1, 3);
+  QGridLayout* form = relation_form(w.objCodOS, "Concepto a importar:", w.ObjCodKel, "Concepto de KEL:",
+                                    w.cbAgrQuit[0], w.cbAgrQuit[1], page);
   w.cmbImportar->setMinimumContentsLength(12);
   form->addWidget(w.cmbImportar, 2, 1, Qt::AlignRight);
-  form->addWidget(w.cbAgrQuit[0], 2, 2);
-  form->addWidget(w.cbAgrQuit[1], 2, 3);
-  form->setColumnStretch(1, 1);
   v->addLayout(form);
 
   w.GridRelacConc = grid("GridRelacConc", page);
@@ -230,21 +245,12 @@ QWidget* concept_mapping(WindowControls& w, mapping::MappingPanel& m, QWidget* p
 QWidget* type_mapping(WindowControls& w, mapping::MappingPanel& m, QWidget* parent) {
   auto* page = new QWidget(parent);
   auto* v = new QVBoxLayout(page);
-  auto* form = new QGridLayout;
-  w.objCodOSTL = new LookupWidget(m.objCodOSTL, page);
-  w.objCodOSTL->setObjectName("objCodOSTL");
-  w.objCodKELTL = new LookupWidget(m.objCodKELTL, page);
-  w.objCodKELTL->setObjectName("objCodKELTL");
+  w.objCodOSTL = lookup_widget(m.objCodOSTL, "objCodOSTL", page);
+  w.objCodKELTL = lookup_widget(m.objCodKELTL, "objCodKELTL", page);
   w.cbAgrQuit[2] = button("A&gregar", indexed("cbAgrQuit", 2), page);
   w.cbAgrQuit[3] = button("Q&uitar", indexed("cbAgrQuit", 3), page);
-  form->addWidget(new QLabel("Tipo a importar:", page), 0, 0);
-  form->addWidget(w.objCodOSTL, 0, 1, 1, 3);
-  form->addWidget(new QLabel("Tipo de KEL:", page), 1, 0);
-  form->addWidget(w.objCodKELTL, 1, 1, 1, 3);
-  form->addWidget(w.cbAgrQuit[2], 2, 2);
-  form->addWidget(w.cbAgrQuit[3], 2, 3);
-  form->setColumnStretch(1, 1);
-  v->addLayout(form);
+  v->addLayout(relation_form(w.objCodOSTL, "Tipo a importar:", w.objCodKELTL, "Tipo de KEL:", w.cbAgrQuit[2],
+                             w.cbAgrQuit[3], page));
   w.GridRelacTL = grid("GridRelacTL", page);
   v->addWidget(w.GridRelacTL, 1);
   return page;

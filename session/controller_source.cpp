@@ -160,7 +160,10 @@ bool MainWindowController::PrepararBDAux(const std::string& name) {
   db::use_access_reader(folder);
 
   const std::filesystem::path file = folder / "Pasaje.mdb";
-  if (!file_exists(file)) {
+  // An empty file holds nothing (another tool opened the name, or the program
+  // stopped while it was made): it is replaced like a missing one.
+  std::error_code size_ec;
+  if (!file_exists(file) || std::filesystem::file_size(file, size_ec) == 0) {
     // Copied under another name and renamed, so that "the copy exists" means
     // the whole copy is there.
     std::error_code ec;

@@ -135,7 +135,7 @@ class MainWindowController {
   // and neither the company nor a staging database is opened.
   void SelEmpresaAImp(const std::string& path);
   // PrepararBDAux: makes <program folder>/<name>/Pasaje.mdb from the template
-  // when missing (an existing one is kept) and opens the staging connection on
+  // when missing or empty (an existing one is kept) and opens the staging connection on
   // it; true when open. Only the part of `name` after its last "\" or "/" is
   // used. Warns "Falta Base Genérica ..." and returns false without template;
   // returns false when another run holds the staging database, or when it was

@@ -6,6 +6,7 @@
 #include "db/file_kind.h"
 
 #include <cstdlib>
+#include <fstream>
 
 #include "db/odbc_sources.h"
 
@@ -43,6 +44,14 @@ TEST(ControllerStaging, StagingFileIsNamedAfterTheCompanyFolderAndKept) {
     EXPECT_EQ(c->staging_folder(), s.prog / "E002");
     EXPECT_TRUE(std::filesystem::exists(s.prog / "E002" / "Pasaje.mdb"));
     EXPECT_FALSE(std::filesystem::exists(s.prog / "E002" / "Pasaje.mdb.copiando"));
+    // An empty staging file (left by another tool that opened the name) holds
+    // nothing: it is made again from the template.
+    std::filesystem::create_directories(s.prog / "E003");
+    std::ofstream(s.prog / "E003" / "Pasaje.mdb").close();
+    EXPECT_TRUE(c->PrepararBDAux("E003"));
+    EXPECT_EQ(std::filesystem::file_size(s.prog / "E003" / "Pasaje.mdb"),
+              std::filesystem::file_size(s.prog / "Generica" / "Pasaje.mdb"));
+    EXPECT_NO_THROW(c->staging->open_recordset("Select count(*) From Empresa"));
   }
   s.ui.log.clear();
 

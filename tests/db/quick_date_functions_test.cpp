@@ -13,35 +13,12 @@
 #include "db/jet/functions.h"
 #include "db/jet_functions_sqlite.h"
 #include "db/sqlite_strftime.h"
+#include "db_fixture.h"
 
 namespace {
 
-// Each row of a one-column query as "type:text", "null" or "error:<message>".
-std::vector<std::string> column_of(sqlite3* db, const std::string& sql) {
-  std::vector<std::string> out;
-  sqlite3_stmt* stmt = nullptr;
-  if (sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK)
-    return {"prepare:" + std::string(sqlite3_errmsg(db))};
-  int rc = SQLITE_ROW;
-  while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
-    switch (sqlite3_column_type(stmt, 0)) {
-      case SQLITE_NULL: out.push_back("null"); break;
-      case SQLITE_INTEGER: out.push_back("int:" + std::to_string(sqlite3_column_int64(stmt, 0))); break;
-      case SQLITE_FLOAT: out.push_back("real:" + std::to_string(sqlite3_column_double(stmt, 0))); break;
-      default: {
-        const auto* text = static_cast<const char*>(sqlite3_column_blob(stmt, 0));
-        out.push_back("text:" + std::string(text ? text : "", static_cast<std::size_t>(sqlite3_column_bytes(stmt, 0))));
-      }
-    }
-  }
-  if (rc != SQLITE_DONE) out.push_back("error:" + std::string(sqlite3_errmsg(db)));
-  sqlite3_finalize(stmt);
-  return out;
-}
-
-void exec(sqlite3* db, const std::string& sql) {
-  ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
-}
+using testing_db::exec;
+using testing_db::typed_column;
 
 // The same table of dates and formats on a connection with our strftime and
 // on one with SQLite's own.
@@ -78,12 +55,12 @@ class QuickStrftime : public ::testing::Test {
 
 TEST_F(QuickStrftime, GivesWhatSqlitesOwnGivesForEveryDateAndFormat) {
   const std::string sql = "SELECT strftime(F.f, D.v) FROM F, D ORDER BY F.rowid, D.rowid";
-  const std::vector<std::string> expected = column_of(plain_, sql);
-  const std::vector<std::string> got = column_of(quick_, sql);
+  const std::vector<std::string> expected = typed_column(plain_, sql);
+  const std::vector<std::string> got = typed_column(quick_, sql);
   ASSERT_EQ(got.size(), expected.size());
   for (std::size_t i = 0; i < got.size(); ++i) EXPECT_EQ(got[i], expected[i]) << "fila " << i;
   // The month text of the staged headers is among them.
-  EXPECT_EQ(column_of(quick_, "SELECT strftime('%m/%Y', v) FROM D WHERE rowid = 1"),
+  EXPECT_EQ(typed_column(quick_, "SELECT strftime('%m/%Y', v) FROM D WHERE rowid = 1"),
             std::vector<std::string>{"text:02/2024"});
 }
 
@@ -91,9 +68,9 @@ TEST_F(QuickStrftime, OtherArgumentCountsAndTheClockStaySqlites) {
   for (const char* sql : {"SELECT strftime('%Y-%m-%d', '2024-01-31', '+1 month')",
                           "SELECT strftime('%Y', '2024-06-01', 'start of year', '-1 day')",
                           "SELECT strftime('%Y')"}) {
-    EXPECT_EQ(column_of(quick_, sql), column_of(plain_, sql)) << sql;
+    EXPECT_EQ(typed_column(quick_, sql), typed_column(plain_, sql)) << sql;
   }
-  EXPECT_EQ(column_of(quick_, "SELECT length(strftime('%Y-%m-%d %H:%M:%S', 'now'))"),
+  EXPECT_EQ(typed_column(quick_, "SELECT length(strftime('%Y-%m-%d %H:%M:%S', 'now'))"),
             std::vector<std::string>{"int:19"});
 }
 
@@ -120,7 +97,7 @@ TEST(QuickCdate, StoredTextsReadAsCDateReadsThem) {
     } catch (const std::exception& e) {
       expected = std::string("error:") + e.what();
     }
-    const std::vector<std::string> one = column_of(db, "SELECT jet_cdate(s) FROM T WHERE rowid = " + std::to_string(row + 1));
+    const std::vector<std::string> one = typed_column(db, "SELECT jet_cdate(s) FROM T WHERE rowid = " + std::to_string(row + 1));
     ASSERT_EQ(one.size(), 1u) << t;
     EXPECT_EQ(one[0], expected) << "'" << t << "'";
     ++row;

@@ -21,11 +21,6 @@ TEST(SqliteMessages, CommonErrorsAreSpanishAndKeepTheOriginal) {
       {SQLITE_CORRUPT, "database disk image is malformed", "La base de datos está dañada"},
       {SQLITE_NOTADB, "file is not a database", "no es una base de datos"},
       {SQLITE_IOERR_WRITE, "disk I/O error", "Error de lectura o escritura"},
-      {SQLITE_CONSTRAINT_PRIMARYKEY, "UNIQUE constraint failed: T.id", "valores duplicados"},
-      {SQLITE_CONSTRAINT_NOTNULL, "NOT NULL constraint failed: T.a", "valor Null"},
-      {SQLITE_ERROR, "no such table: X", "No existe la tabla 'X'"},
-      {SQLITE_ERROR, "no such column: A.b", "No existe el campo 'A.b'"},
-      {SQLITE_ERROR, "table Personas already exists", "La tabla 'Personas' ya existe"},
   };
   for (const auto& c : cases) {
     std::string text = db::sqlite_message_in_spanish(c.code, c.original);

@@ -104,12 +104,10 @@ TEST(JetTranslate, ErrorsCarryTheByteOffsetAndSayWhatWasExpected) {
     std::string message;  // the whole message, or "" to check the position only
   };
   const Case cases[] = {
-      {"Select Foo(id) From T", 7, ""},
       {"Select id From T Where (id = 1", 30, ""},
       {"Select id From T Frm X", 21, ""},  // Frm is an alias
       {"Update T as A inner join RelacConc as R on A.id=R.CodOS Set Z.x=1", 60, ""},
       {"Insert into RelacConc Select 1 as CodKEL, 2 as Otro", 47, ""},
-      {"Select * From T Where Nombre = 'abc", 31, ""},
       // "ñ" is two bytes but one character.
       {"Select 'ñ' as a, Foo(1) as b From T", 18, "Función desconocida 'Foo' (posición 18)"},
       {"Select id Frm T", 10,

@@ -147,7 +147,7 @@ TEST_F(DemoDatabases, MappingsPointAtKelBaseIdsOrNoImportar) {
   EXPECT_GT(db.integer("SELECT COUNT(*) FROM Conceptos WHERE id_Concepto NOT IN (SELECT CodOS FROM RelacConc)"), 5);
   EXPECT_GE(db.integer("SELECT COUNT(*) FROM Conceptos WHERE id_Concepto NOT IN (SELECT DISTINCT id_Concepto FROM Datos_Liquidacion)"), 4);
   EXPECT_GT(db.integer("SELECT COUNT(*) FROM TiposLiquidacion WHERE id_TipoLiq NOT IN (SELECT CodOS FROM RelacTLiq)"), 0);
-  EXPECT_EQ(db.text("SELECT group_concat(DISTINCT TipoOperacion) FROM (SELECT TipoOperacion FROM Conceptos ORDER BY 1)"), "R,S");
+  EXPECT_EQ(db.value("SELECT group_concat(DISTINCT TipoOperacion) FROM (SELECT TipoOperacion FROM Conceptos ORDER BY 1)"), "R,S");
 }
 
 TEST_F(DemoDatabases, KelCompanyHoldsTheBaseDataAndItsOwnPeople) {
@@ -166,8 +166,8 @@ TEST_F(DemoDatabases, KelCompanyHoldsTheBaseDataAndItsOwnPeople) {
                       "AND id_PersRelac <> id_Persona"), 1);
   EXPECT_EQ(k.integer("SELECT COUNT(*) FROM Declaraciones WHERE Trabaja = 0 AND id_PersRelac IN (SELECT id_PersRelac FROM PersonasRela)"), 1);
   // The same company as the source, so the company check passes.
-  EXPECT_EQ(k.text("SELECT upper(Nombre) || '|' || upper(RazonSocial) FROM Empresa"),
-            source().text("SELECT upper(Nombre) || '|' || upper(RazonSocial) FROM Empresa"));
+  EXPECT_EQ(k.value("SELECT upper(Nombre) || '|' || upper(RazonSocial) FROM Empresa"),
+            source().value("SELECT upper(Nombre) || '|' || upper(RazonSocial) FROM Empresa"));
 }
 
 std::string file_bytes(const std::string& path) {
@@ -189,8 +189,8 @@ TEST(DemoDeterminism, SameArgumentsSameBytesOtherSeedOtherData) {
   const std::string people = "SELECT group_concat(id_Persona || NUMERO || Apellido_1 || Nombre_1, ';') FROM Personas";
   EXPECT_EQ(file_bytes(dir.file("a/O.mdb")), file_bytes(dir.file("b/O.mdb")));
   EXPECT_EQ(file_bytes(dir.file("a/E/D.mdb")), file_bytes(dir.file("b/E/D.mdb")));
-  EXPECT_NE(Db{dir.file("a/O.mdb")}.text(people), Db{dir.file("c/O.mdb")}.text(people));
-  EXPECT_NE(Db{dir.file("a/O.mdb")}.text(checksum), Db{dir.file("c/O.mdb")}.text(checksum));
+  EXPECT_NE(Db{dir.file("a/O.mdb")}.value(people), Db{dir.file("c/O.mdb")}.value(people));
+  EXPECT_NE(Db{dir.file("a/O.mdb")}.value(checksum), Db{dir.file("c/O.mdb")}.value(checksum));
 }
 
 TEST(DemoErrors, BadOptionsAndMissingSchemaAreReportedInSpanish) {

@@ -1,8 +1,6 @@
 // tests/demo/demo_test_util.h — small helpers shared by the demo generator tests.
 #pragma once
 
-#include <sqlite3.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -14,8 +12,8 @@
 
 #include <gtest/gtest.h>
 
-#include "base/number.h"
 #include "demo/row_sink.h"
+#include "support/plain_sqlite.h"
 #include "support/temp_dir.h"
 
 namespace demo_test {
@@ -37,37 +35,8 @@ void ExpectError(Action action, const std::string& piece) {
   }
 }
 
-// What the generator wrote to `file`, read back with plain SQLite (with
-// `attach` attached as "kel" when given). A query SQLite refuses fails the test.
-struct Db {
-  std::filesystem::path file;
-  std::filesystem::path attach = {};
-  // Every row, its values joined by "|", Null as "".
-  std::vector<std::string> rows(const std::string& sql) const {
-    std::vector<std::string> out;
-    sqlite3* db = nullptr;
-    sqlite3_open_v2(file.string().c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
-    if (!attach.empty()) sqlite3_exec(db, ("ATTACH '" + attach.string() + "' AS kel").c_str(), nullptr, nullptr, nullptr);
-    char* message = nullptr;
-    auto add = [](void* rows, int count, char** values, char**) {
-      std::string row;
-      for (int i = 0; i < count; ++i) row += (i ? "|" : "") + std::string(values[i] ? values[i] : "");
-      static_cast<std::vector<std::string>*>(rows)->push_back(row);
-      return 0;
-    };
-    if (sqlite3_exec(db, sql.c_str(), add, &out, &message) != SQLITE_OK)
-      ADD_FAILURE() << (message ? message : "?") << " en " << sql;
-    sqlite3_free(message);
-    sqlite3_close(db);
-    return out;
-  }
-  // The first row of a one-column query as text ("" when none) or as a number (0 when none).
-  std::string text(const std::string& sql) const {
-    const auto r = rows(sql);
-    return r.empty() ? "" : r[0];
-  }
-  std::int64_t integer(const std::string& sql) const { const auto v = text(sql); return v.empty() ? 0 : std::stoll(v); }
-};
+// What the generator wrote, read back with plain SQLite.
+using Db = test_support::PlainDb;
 
 // A sink that only counts rows per table name.
 class CountingSink : public demo::RowSink {
@@ -86,21 +55,6 @@ class CountingSink : public demo::RowSink {
   std::vector<std::string> names_;
   std::map<std::string, std::int64_t> counts_;
 };
-
-// The source's clean-up of a staged number: trim, then drop the character
-// before the check digit when a dash, underscore, dash again or dot is
-// present (each once, wherever it stands).
-inline std::string staged_clean(std::string n) {
-  while (!n.empty() && n.front() == ' ') n.erase(0, 1);
-  while (!n.empty() && n.back() == ' ') n.pop_back();
-  for (char sep : {'-', '_', '-', '.'}) {
-    if (n.find(sep) != std::string::npos && n.size() >= 2) n = n.substr(0, n.size() - 2) + n.back();
-  }
-  return n;
-}
-
-// Val as the transfer's statements read a number (the program's one Val).
-using base::Val;
 
 inline std::string schema_dir() { return std::string(KEL_SOURCE_DIR) + "/schema"; }
 

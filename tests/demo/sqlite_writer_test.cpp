@@ -40,7 +40,7 @@ TEST(SqliteWriter, InsertsByNameSkippingColumnsTheSchemaLacks) {
     EXPECT_EQ(w.missing_tables(), std::set<std::string>{"Ausente"});
   }
   Db db{db_path};
-  EXPECT_EQ(db.text("SELECT group_concat(id_Persona || '|' || NUMERO || '|' || COALESCE(Nombre_1, '-') || '|' || Extra, ';') FROM Personas"),
+  EXPECT_EQ(db.value("SELECT group_concat(id_Persona || '|' || NUMERO || '|' || COALESCE(Nombre_1, '-') || '|' || Extra, ';') FROM Personas"),
             "7| 1234567-8 |José|x;8|2345678_9|-|x");
   // The index the writer set aside during the load is back.
   EXPECT_EQ(db.integer("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' AND name = 'ix_num'"), 1);
@@ -64,7 +64,7 @@ TEST(SqliteWriter, AnExistingFileIsReplacedOnlyByAFinishedOne) {
     demo_test::ExpectError([&] { w.add_row(t, row.reset().i(2).t("c").values()); }, "insertar en T");
     // Abandoned without finish: the earlier file stays.
   }
-  EXPECT_EQ(Db{db_path}.text("SELECT group_concat(v) FROM T"), "a");
+  EXPECT_EQ(Db{db_path}.value("SELECT group_concat(v) FROM T"), "a");
   EXPECT_FALSE(std::filesystem::exists(db_path + ".tmp"));
 
   // A broken script and a missing one are reported with their names and
@@ -72,7 +72,7 @@ TEST(SqliteWriter, AnExistingFileIsReplacedOnlyByAFinishedOne) {
   const std::string bad = write_script(dir, "bad.sql", "CREATE TABLE (;");
   demo_test::ExpectError([&] { demo::SqliteWriter w(db_path, {bad}); }, "bad.sql");
   demo_test::ExpectError([&] { demo::SqliteWriter w(db_path, {dir.file("missing.sql")}); }, "missing.sql");
-  EXPECT_EQ(Db{db_path}.text("SELECT group_concat(v) FROM T"), "a");
+  EXPECT_EQ(Db{db_path}.value("SELECT group_concat(v) FROM T"), "a");
 
   // A finished second writer replaces the file whole.
   {
@@ -80,7 +80,7 @@ TEST(SqliteWriter, AnExistingFileIsReplacedOnlyByAFinishedOne) {
     w.add_row(w.declare_table("T", {"id", "v"}), row.reset().i(3).t("z").values());
     w.finish();
   }
-  EXPECT_EQ(Db{db_path}.text("SELECT group_concat(v) FROM T"), "z");
+  EXPECT_EQ(Db{db_path}.value("SELECT group_concat(v) FROM T"), "z");
 }
 
 }  // namespace

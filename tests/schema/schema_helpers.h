@@ -6,52 +6,19 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "schema/database_scripts.h"
+#include "support/plain_sqlite.h"
 #include "support/temp_dir.h"
 
 namespace schema_test {
 
 using Rows = std::vector<std::string>;
-
-// A database file read and written with plain SQLite, opened afresh for each
-// call; a statement or query the engine refuses fails the current test with
-// its message. (The shared SQLite-file helpers register the translator's
-// collation, which would tie these tests to the translator.)
-struct Db {
-  std::filesystem::path file;
-  // Runs native statements.
-  void exec(const std::string& sql) const { rows(sql); }
-  // Every row the statements of `sql` give, its values joined by "|", Null as "-".
-  Rows rows(const std::string& sql) const {
-    Rows out;
-    sqlite3* db = nullptr;
-    sqlite3_open_v2(file.string().c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
-    char* message = nullptr;
-    auto add = [](void* rows, int count, char** values, char**) {
-      std::string row;
-      for (int i = 0; i < count; ++i) row += (i ? "|" : "") + std::string(values[i] ? values[i] : "-");
-      static_cast<Rows*>(rows)->push_back(row);
-      return 0;
-    };
-    if (sqlite3_exec(db, sql.c_str(), add, &out, &message) != SQLITE_OK)
-      ADD_FAILURE() << (message ? message : "?") << "\n  en: " << sql;
-    sqlite3_free(message);
-    sqlite3_close(db);
-    return out;
-  }
-  // The single value of a query as text.
-  std::string value(const std::string& sql) const {
-    const Rows result = rows(sql);
-    if (result.empty()) ADD_FAILURE() << "sin filas: " << sql;
-    return result.empty() ? "" : result.front();
-  }
-};
+using Db = test_support::PlainDb;
 
 // Creates <dir>/<name> from the named scripts of the source tree's schema folder.
 inline std::filesystem::path make_database(const std::filesystem::path& dir, const std::string& name,

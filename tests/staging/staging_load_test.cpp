@@ -107,9 +107,6 @@ TEST_F(CargarDatosTest, KeepsOnlyTheListedTablesAndLeavesViewsAndEngineTablesAlo
   EXPECT_EQ(QueryCount(c, "Personas"), 0);
   EXPECT_EQ(QueryCount(c, "Contador"), 0);
   EXPECT_EQ(QueryCount(c, "sqlite_sequence"), 1);  // the engine's own table is not the format's
-  // One step per emptied table (Conceptos, Conceptos2, Personas, Contador),
-  // none for the kept ones, and one for the entry.
-  EXPECT_EQ(CountCalls("barra -1.000000"), 5);
 
   // The commas delimit whole names: Conceptos2 does not keep Conceptos. A
   // staging database without its own list keeps the mappings anyway.
@@ -144,7 +141,9 @@ TEST_F(CargarDatosTest, ProgressAndHooksInOrder) {
   AddEntry("Emp", 3, "sql\\emp.sql", kCopyEmp);
   CargarDatos(load_);
   std::vector<std::string> expected = {"barra 1.000000", "ocultar"};
-  for (int i = 0; i < 4; ++i) expected.push_back("barra -1.000000");  // emptied tables
+  // One step per emptied table (Conceptos, Conceptos2, Personas, Contador),
+  // none for the kept ones.
+  for (int i = 0; i < 4; ++i) expected.push_back("barra -1.000000");
   expected.push_back("barra -1.000000");                               // the entry
   expected.insert(expected.end(), {"grillas", "barra 100.000000", "barra -2.000000", "mes"});
   EXPECT_EQ(calls_, expected);

@@ -1,6 +1,7 @@
 // Tests of what the shipped CSV format does beyond copying rows: the month
-// range of the liquidations, the automatic links of the BPS totals, and the
-// mappings that survive a reload.
+// range of the liquidations, and the staging columns every format names. (The
+// automatic links of the BPS totals are tested on the demo in
+// shipped_formats_test.cpp.)
 #include <gtest/gtest.h>
 
 #include "format_run.h"
@@ -35,32 +36,6 @@ TEST(FormatRules, LiquidationsOnlyForTheChosenMonths) {
   RunFormat(all, "Intercambio_CSV.fmt", dir.path() / "origen", dir.path() / "Pasaje2.mdb");
   EXPECT_EQ(QueryValue(*all.staging, "SELECT count(*) FROM Encabezados"), "4");
   EXPECT_EQ(QueryValue(*all.staging, "SELECT count(*) FROM Datos_Liquidacion"), "5");
-}
-
-TEST(FormatRules, AutomaticLinksRespectTheUsersMappings) {
-  TempDir dir;
-  dir.write("origen/Conceptos.csv",
-            "id_Concepto;Codigo;Nombre;TotalBPS\r\n"
-            "10;NOM;Nominal gravado;1\r\n11;HAB;Total haberes;H\r\n12;SUE;Sueldo;\r\n13;DES;Total descuentos;D\r\n");
-  FormatRun run;
-  const auto staging_path = dir.path() / "Pasaje.mdb";
-  RunFormat(run, "Intercambio_CSV.fmt", dir.path() / "origen", staging_path, [](FormatRun& r) {
-    r.load.values.relation_ids = {30, 13, 45, 12, 71, 53, 4};  // BPS 1 changed by the user
-    // The user had already mapped the earnings total elsewhere.
-    r.staging->execute_native("INSERT INTO RelacConc (CodKEL, CodOS) VALUES (99, 11)");
-  });
-  auto& c = *run.staging;
-  const std::string links = "SELECT group_concat(CodOS || '>' || CodKEL, ' ') FROM (SELECT * FROM RelacConc ORDER BY CodOS)";
-  EXPECT_EQ(QueryValue(c, links), "10>30 11>99 13>4");
-  EXPECT_EQ(QueryValue(c, "SELECT count(*) FROM Conceptos"), "4");
-  // Only the columns the file leaves out are mentioned.
-  ASSERT_EQ(run.load.notes.size(), 1u);
-  EXPECT_EQ(run.load.notes[0].rfind("Conceptos.csv: el archivo no trae las columnas NombreReducido, ", 0), 0u)
-      << run.load.notes[0];
-
-  // A reload keeps the mappings (RelacConc is never emptied) and adds no duplicates.
-  staging::CargarDatos(run.load);
-  EXPECT_EQ(QueryValue(c, links), "10>30 11>99 13>4");
 }
 
 // The CSV layouts and both formats' inserts name every column of their

@@ -16,12 +16,6 @@ namespace {
 
 using test_support::QueryRows;
 
-// The first value of a query as a number (-1 for none or Null).
-long long Count(db::SqliteConnection& c, const std::string& sql) {
-  const std::string n = test_support::QueryValue(c, sql);
-  return n.empty() || n == "-" ? -1 : std::stoll(n);
-}
-
 std::string Lines(const std::vector<std::string>& rows) {
   std::string out;
   for (const std::string& row : rows) out += row + "\n";
@@ -61,19 +55,17 @@ std::multimap<long long, long long> Links(db::SqliteConnection& c) {
 }
 
 // A small demo company written in both interchange forms under `dir`:
-// Origen_CSV/*.csv and Origen_BD/origen.mdb. Returns the rows per CSV file.
-std::map<std::string, std::int64_t> WriteInterchangeForms(const std::filesystem::path& dir) {
+// Origen_CSV/*.csv and Origen_BD/origen.mdb.
+void WriteInterchangeForms(const std::filesystem::path& dir) {
   demo::DemoOptions options;
   options.employees = 20;
   options.years = 1;
   options.seed = 7;
   const demo::Staff staff = demo::plan_staff(options);
-  std::map<std::string, std::int64_t> rows;
   {
     demo::CsvWriter csv(dir / "Origen_CSV");
     demo::generate_source(options, staff, csv, demo::SourceForm::Interchange);
     csv.finish();
-    rows = csv.row_counts();
     EXPECT_TRUE(csv.missing_columns().empty());
   }
   std::filesystem::create_directories(dir / "Origen_BD");
@@ -82,7 +74,6 @@ std::map<std::string, std::int64_t> WriteInterchangeForms(const std::filesystem:
   demo::generate_source(options, staff, db, demo::SourceForm::Interchange);
   db.finish();
   EXPECT_TRUE(db.missing_columns().empty()) << *db.missing_columns().begin();
-  return rows;
 }
 
 }  // namespace
@@ -92,9 +83,6 @@ TEST(ShippedFormats, ConfImpListsBothFormats) {
   settings::FormatsTable table;
   for (const auto& line : settings::SplitLines(text)) settings::ParseLine(line, table);
   ASSERT_EQ(table.size(), 3u);
-  EXPECT_EQ(table.cell(0, 0), "Archivos de intercambio (CSV)");
-  EXPECT_EQ(table.cell(1, 0), "Base de datos (carpeta)");
-  EXPECT_EQ(table.cell(2, 0), "Origen de datos ODBC");
   const std::filesystem::path program = std::filesystem::path(KEL_SOURCE_DIR) / "formats";
   for (int i = 0; i < 3; ++i) {
     const std::string format = settings::ReadText(program / table.cell(i, 1));
@@ -105,9 +93,13 @@ TEST(ShippedFormats, ConfImpListsBothFormats) {
   EXPECT_EQ(settings::KeyValue(settings::ReadText(program / table.cell(2, 1)), "TipoBD"), "0");
 }
 
+// What both forms stage is compared value by value here; that the staged
+// rows are the source's, and that a new staging database links exactly the
+// marked concepts, is checked on the real session in
+// DemoSession.CsvAndDatabaseFormsStageEveryTableAlike.
 TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {
   TempDir dir;
-  const std::map<std::string, std::int64_t> rows = WriteInterchangeForms(dir.path());
+  WriteInterchangeForms(dir.path());
 
   FormatRun csv_run, bd_run;
   RunFormat(csv_run, "Intercambio_CSV.fmt", dir.path() / "Origen_CSV", dir.path() / "PasajeCSV.mdb");
@@ -115,21 +107,13 @@ TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {
   EXPECT_EQ(csv_run.found, 24);
   EXPECT_EQ(bd_run.found, 24);
   // The demo's data convert cleanly, TotalBPS included: nothing refused,
-  // nothing lost, nothing to warn about.
+  // nothing lost, nothing to warn about, and no column missing from a file.
   for (const auto& w : csv_run.load.warnings) ADD_FAILURE() << "CSV: " << w;
   for (const auto& w : bd_run.load.warnings) ADD_FAILURE() << "BD: " << w;
+  EXPECT_TRUE(csv_run.load.notes.empty()) << csv_run.load.notes.front();
   EXPECT_EQ(csv_run.load.stats.bad_values, 0);
   EXPECT_EQ(csv_run.load.stats.statements_failed, 0);
   EXPECT_EQ(bd_run.load.stats.statements_failed, 0);
-
-  // On a new staging database every concept marked in TotalBPS is linked to
-  // the KEL concept of its total, once, and nothing else is linked.
-  for (FormatRun* run : {&csv_run, &bd_run}) {
-    std::multimap<long long, long long> expected;
-    for (const demo::TotalMark& m : demo::total_bps_marks()) expected.emplace(m.concepto, RelationFor(*run, m.total_bps));
-    EXPECT_EQ(Links(*run->staging), expected);
-  }
-  EXPECT_GE(demo::total_bps_marks().size(), 6u);
 
   auto& a = *csv_run.staging;
   auto& b = *bd_run.staging;
@@ -140,12 +124,6 @@ TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {
     if (table.rfind("sqlite_", 0) == 0) continue;
     // Value by value, types and row order included.
     EXPECT_TRUE(TableText(a, "main", table) == TableText(a, "bd", table)) << table << " differs between the forms";
-    const long long n = Count(a, "SELECT count(*) FROM main." + table);
-    auto written = rows.find(table);
-    bool staged_by_format = table != "RelacConc" && table != "RelacTLiq";
-    if (written != rows.end() && staged_by_format) {
-      EXPECT_EQ(n, written->second) << table;
-    }
   }
   // The load leaves every index the schema makes.
   const std::string schema = settings::ReadText(std::filesystem::path(KEL_SOURCE_DIR) / "schema" / "pasaje.sql");
@@ -158,21 +136,20 @@ TEST(ShippedFormats, CsvAndDatabaseFormsStageTheSameData) {
     EXPECT_NE(Indexes(a, "bd").find(create), std::string::npos) << create;
   }
   EXPECT_GE(indexes, 7);
-  for (const char* t : {"Empresa", "Cargos", "Personas", "Contrato", "Declaraciones", "Conceptos",
-                        "TiposLiquidacion", "Encabezados", "Datos_Liquidacion", "Cotizacion"}) {
-    EXPECT_GT(Count(a, std::string("SELECT count(*) FROM main.") + t), 0) << t;
-  }
 }
 
 // The automatic links never overrule the user: a concept the user already
 // mapped (to a KEL concept or to "No Importar", -1) keeps that mapping, and a
-// reload links nothing twice. The demo's own mappings agree with the links.
+// reload links nothing twice. The demo's own mappings agree with the links,
+// and a link goes to the KEL concept of the user's relation table.
 TEST(ShippedFormats, AutomaticLinksKeepTheUsersMappings) {
   TempDir dir;
   WriteInterchangeForms(dir.path());
   // The user has the demo's mappings and set viáticos (marked '8') to
-  // "No Importar"; ticket alimentación (marked '7') is still unmapped.
+  // "No Importar"; ticket alimentación (marked '7') is still unmapped, and
+  // the user related BPS 7 to KEL concept 30 instead of 12.
   auto user_mappings = [](FormatRun& run) {
+    run.load.values.relation_ids[3] = 30;
     std::string sql = "INSERT INTO RelacConc (CodKEL, CodOS) VALUES (-1, " + std::to_string(demo::kViaticos) + ")";
     for (const demo::Mapping& m : demo::concept_mappings()) {
       sql += ", (" + std::to_string(m.cod_kel) + ", " + std::to_string(m.cod_os) + ")";
@@ -201,7 +178,7 @@ TEST(ShippedFormats, AutomaticLinksKeepTheUsersMappings) {
       }
     }
     EXPECT_TRUE(some_marked_unmapped) << "the demo leaves a marked concept for the format to link";
-    EXPECT_EQ(expected.count(demo::kTicketAlimentacion), 1u);
+    EXPECT_EQ(expected.find(demo::kTicketAlimentacion)->second, 30);
     EXPECT_EQ(Links(*run.staging), expected);
 
     // The same source loaded again: RelacConc is kept and nothing is added.

@@ -89,16 +89,8 @@ TEST_F(TransferTest, PersonsAreReconciledAndEveryReferenceFollows) {
   EXPECT_EQ(kel("SELECT strAValor FROM Legajo WHERE id_Legajo = 13"), (Rows{"01/05/2022"}));
   EXPECT_EQ(report.statements_ignored, 0);
   EXPECT_EQ(report.total("insertadas"), 2 + 1 + 2 + 7 + 8 + 6);  // persons, contact, contracts, BSE, BPS, file
-}
-
-// The report names every destination person that moved, in three groups
-// (the ids are those of the whole-table answer above), and the duplicate
-// contracts (the highest of person 5's three equal ones).
-TEST_F(TransferTest, PersonsReportListsEveryMoveAndTheDuplicates) {
-  kel_.execute_native(kKel);
-  staging_.execute_native(kStaged);
-  transfer::StepContext ctx = context();
-  const transfer::StepReport report = transfer::import_persons(ctx);
+  // The report names every destination person that moved, in three groups,
+  // and the duplicate contracts (the highest of person 5's three equal ones).
   EXPECT_EQ(report.notes,
             (Rows{"1 persona(s) de KEL identificada(s) por documento con una persona importada (número anterior -> "
                   "nuevo):",

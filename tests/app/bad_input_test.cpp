@@ -19,6 +19,7 @@
 #include <thread>
 
 #include "run_program.h"
+#include "support/program_folder.h"
 #include "support/sqlite_file.h"
 
 namespace {
@@ -40,7 +41,7 @@ class BadInput {
  public:
   BadInput() {
     const fs::path built = fs::path(KEL_EXECUTABLE).parent_path();
-    testing_app::copy_program(built, prog);
+    test_support::copy_program_folder(built, prog, true);
     fs::create_directories(company.parent_path());
     fs::copy_file(built / "demo" / "Empresa" / "Datos.mdb", company);
     root.write("origen/Empresa.csv", kEmpresaCsv);

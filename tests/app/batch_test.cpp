@@ -12,6 +12,7 @@
 #include <sstream>
 
 #include "run_program.h"
+#include "support/program_folder.h"
 #include "support/sqlite_file.h"
 
 namespace {
@@ -59,7 +60,7 @@ class BatchRun : public ::testing::Test {
   void SetUp() override {
     const fs::path built = fs::path(KEL_EXECUTABLE).parent_path();
     ASSERT_TRUE(fs::exists(built / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
-    testing_app::copy_program(built, prog_);
+    test_support::copy_program_folder(built, prog_, true);
     fs::copy(built / "demo", root_ / "demo", fs::copy_options::recursive);
   }
 

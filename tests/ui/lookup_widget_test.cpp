@@ -61,13 +61,6 @@ class LookupWidgetTest : public ui_parts_test::WithApp, public testing::Test {
   QLineEdit* other_ = nullptr;
 };
 
-TEST_F(LookupWidgetTest, PartsCarryTheirNames) {
-  EXPECT_EQ(window_.findChild<QLineEdit*>("Codigo"), code());
-  EXPECT_EQ(window_.findChild<QLineEdit*>("Descripcion"), description());
-  EXPECT_EQ(widget_->list()->count(), 4);
-  EXPECT_FALSE(widget_->list_shown());
-}
-
 TEST_F(LookupWidgetTest, TypingCompletesTheDescriptionAndSelectsTheTail) {
   focus(description());
   QTest::keyClicks(description(), "ab");

@@ -6,6 +6,7 @@
 #include <ctime>
 
 #include "session/safety_copy.h"
+#include "session/valido_sql.h"
 
 namespace {
 
@@ -101,6 +102,15 @@ TEST(ControllerValido, QuestionPaths) {
     EXPECT_EQ(s.c->Valido(true), row.result);
     EXPECT_EQ(s.ui.log, row.log);
   }
+}
+
+// The source's statements run untranslated on its own connection (an ODBC
+// data source, in its own dialect): a SQLite source takes them as written.
+TEST(ControllerValido, SourceStatementsAreTheSourcesOwnSql) {
+  kel_test::TempFolder tmp;
+  kel_test::make_source_company(tmp / "src.db", "Demo S.A.", "Demo Sociedad Anonima");
+  EXPECT_EQ(test_support::native_rows(tmp / "src.db", session::sql::source_company_name()), Log{"DEMO S.A."});
+  EXPECT_EQ(test_support::native_rows(tmp / "src.db", session::sql::source_legal_name()), Log{"DEMO SOCIEDAD ANONIMA"});
 }
 
 // Without a source connection the company staged from the folder is the one

@@ -61,22 +61,4 @@ inline RunResult run_kelimport(const std::vector<std::string>& args, const std::
   return result;
 }
 
-// A program folder `prog` made from the built one `built`: the executable
-// (hard-linked when it can be), the formats, statement files and template,
-// without the demo and without staging databases left by earlier runs.
-inline void copy_program(const std::filesystem::path& built, const std::filesystem::path& prog) {
-  namespace fs = std::filesystem;
-  fs::create_directories(prog);
-  for (const fs::directory_entry& e : fs::directory_iterator(built)) {
-    const std::string name = e.path().filename().string();
-    std::error_code ec;
-    if (!e.is_directory()) {
-      if (name == "kelimport") fs::create_hard_link(e.path(), prog / name, ec);
-      if (name != "kelimport" || ec) fs::copy_file(e.path(), prog / name);
-    } else if (name == "Generica" || (name != "demo" && !fs::exists(e.path() / "Pasaje.mdb"))) {
-      fs::copy(e.path(), prog / name, fs::copy_options::recursive);
-    }
-  }
-}
-
 }  // namespace testing_app

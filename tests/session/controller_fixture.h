@@ -13,6 +13,7 @@
 #include "db/open_database.h"
 #include "session/main_controller.h"
 #include "support/odbc_driver.h"
+#include "support/program_folder.h"
 #include "support/scripted_ui.h"
 #include "support/sqlite_file.h"
 #include "support/temp_dir.h"
@@ -109,22 +110,6 @@ struct Session {
   }
 };
 
-// A copy of the built program folder `from` without the executable, the demo
-// and any staging databases left by earlier runs: the formats, their
-// statement files and the template.
-inline void copy_program_folder(const fs::path& from, const fs::path& to) {
-  fs::create_directories(to);
-  for (const fs::directory_entry& e : fs::directory_iterator(from)) {
-    const std::string name = e.path().filename().string();
-    if (e.is_directory()) {
-      if (name == "demo" || (name != "Generica" && fs::exists(e.path() / "Pasaje.mdb"))) continue;
-      fs::copy(e.path(), to / name, fs::copy_options::recursive);
-    } else if (name != "kelimport") {
-      fs::copy_file(e.path(), to / name);
-    }
-  }
-}
-
 // The built program folder and the demo (its company and source forms) copied
 // into a fresh folder; the company's staging database is prog/Empresa/Pasaje.mdb.
 struct DemoFolders {
@@ -137,7 +122,7 @@ struct DemoFolders {
   DemoFolders() {
     const fs::path built = KEL_PROGRAM_DIR;
     EXPECT_TRUE(fs::exists(built / "demo" / "Empresa" / "Datos.mdb")) << "the build makes the demo";
-    copy_program_folder(built, prog);
+    test_support::copy_program_folder(built, prog);
     fs::copy(built / "demo", demo, fs::copy_options::recursive);
   }
   // The first value of a native query on the staging database.

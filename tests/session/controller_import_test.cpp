@@ -6,6 +6,7 @@
 #include <ctime>
 
 #include "session/safety_copy.h"
+#include "session/valido_sql.h"
 
 namespace {
 
@@ -101,6 +102,15 @@ TEST(ControllerValido, QuestionPaths) {
     EXPECT_EQ(s.c->Valido(true), row.result);
     EXPECT_EQ(s.ui.log, row.log);
   }
+}
+
+// The source's statements run untranslated on its own connection (an ODBC
+// data source, in its own dialect): a SQLite source takes them as written.
+TEST(ControllerValido, SourceStatementsAreTheSourcesOwnSql) {
+  kel_test::TempFolder tmp;
+  kel_test::make_source_company(tmp / "src.db", "Demo S.A.", "Demo Sociedad Anonima");
+  EXPECT_EQ(test_support::native_rows(tmp / "src.db", session::sql::source_company_name()), Log{"DEMO S.A."});
+  EXPECT_EQ(test_support::native_rows(tmp / "src.db", session::sql::source_legal_name()), Log{"DEMO SOCIEDAD ANONIMA"});
 }
 
 // Without a source connection the company staged from the folder is the one
@@ -291,25 +301,14 @@ TEST(SafetyCopy, TakenBeforeTheFirstStepOrTheRunDoesNotStart) {
   }
 }
 
-// An error after the copy: the question (window) or the batch choice decides
-// whether the KEL file goes back to the copy.
+// An error after the copy: the window asks whether the KEL file goes back to
+// the copy. (The batch's own choice, --restore-on-error or not, is
+// BatchRun.SafetyCopyIsRestoredOnErrorOrByHand.)
 TEST(SafetyCopy, ErrorOffersTheRestore) {
-  struct Row {
-    std::optional<bool> restore_on_error;  // batch's choice; unset: the question
-    std::deque<bool> answers;              // the confirmation, then the restore question
-    bool restored;
-  };
-  const std::vector<Row> rows = {
-      {std::nullopt, {true, true}, true},
-      {std::nullopt, {true, false}, false},
-      {true, {true}, true},
-      {false, {true}, false},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(std::to_string(row.answers.size()) + (row.restored ? " restored" : " kept"));
+  for (const bool restore : {true, false}) {
+    SCOPED_TRACE(restore ? "restored" : "kept");
     ImportSession s;
-    s.ui.answers = row.answers;
-    s.c->restore_on_error = row.restore_on_error;
+    s.ui.answers = {true, restore};  // the confirmation, then the restore question
     s.steps.on_step = [&](int group) {
       if (group != 1) return;
       s.c->destination->execute("Insert Into Cargos (id_Cargo, Cargo) Values (1, 'Peón')");
@@ -317,16 +316,14 @@ TEST(SafetyCopy, ErrorOffersTheRestore) {
       throw std::runtime_error("fallo de prueba");
     };
     EXPECT_THROW(s.c->cbImportar_Click(), session::SessionAborted);
-    EXPECT_EQ(kel_test::has_line(s.ui.log, std::string("PREGUNTA: ") + session::kRestoreQuestion +
-                                               (row.answers.size() > 1 && row.answers[1] ? " -> Sí" : " -> No")),
-              !row.restore_on_error.has_value());
-    EXPECT_EQ(kel_test::query_text(s.company, "SELECT count(*) FROM Cargos"), row.restored ? "0" : "1");
-    EXPECT_EQ(kel_test::query_text(s.company, "SELECT Nombre FROM Empresa"), row.restored ? "ACME" : "OTRA");
-    EXPECT_EQ(s.ui.log.back().rfind(row.restored ? "INFO: La base de KEL " : row.restore_on_error ? "INFO: La base de KEL quedó" : "PREGUNTA", 0), 0u)
-        << s.ui.log.back();
+    EXPECT_TRUE(kel_test::has_line(s.ui.log, std::string("PREGUNTA: ") + session::kRestoreQuestion +
+                                                 (restore ? " -> Sí" : " -> No")));
+    EXPECT_EQ(kel_test::query_text(s.company, "SELECT count(*) FROM Cargos"), restore ? "0" : "1");
+    EXPECT_EQ(kel_test::query_text(s.company, "SELECT Nombre FROM Empresa"), restore ? "ACME" : "OTRA");
+    EXPECT_EQ(s.ui.log.back().rfind(restore ? "INFO: La base de KEL " : "PREGUNTA", 0), 0u) << s.ui.log.back();
     const std::string report = TempDir::read(s.c->last_import_report_file);
     EXPECT_NE(report.find("Resultado: detenida por un error: "), std::string::npos) << report;
-    EXPECT_EQ(report.find("devuelta desde la copia") != std::string::npos, row.restored) << report;
+    EXPECT_EQ(report.find("devuelta desde la copia") != std::string::npos, restore) << report;
   }
 }
 

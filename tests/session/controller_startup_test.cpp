@@ -59,7 +59,6 @@ TEST(ControllerStartup, DestinationAloneOpensEverythingAndStagesNothing) {
   EXPECT_EQ(c->view.LblEmpresa, s.company.string());
   EXPECT_EQ(c->staging_folder(), s.prog / "E001");
   EXPECT_TRUE(c->staging && c->staging->is_open());
-  EXPECT_EQ(c->view.cmbCodBPS.size(), 7u);
   // Default months: Hasta the current month, Desde a year earlier, unticked.
   EXPECT_EQ(c->state.period.desde, session::Month::Current().AddMonths(-12));
   EXPECT_EQ(c->state.period.txtMes[0], "");

@@ -4,6 +4,7 @@
 // preview's grids and the liquidation browser.
 
 #include "controller_fixture.h"
+#include "preview/preview_sql.h"
 #include "settings/strings.h"
 
 namespace {
@@ -231,8 +232,15 @@ TEST(GridsOnTheDemo, PreviewAndLookups) {
   const mapping::MappingPanel& m = d.mapping;
   const std::string empresa = d.staged("SELECT Nombre || '|' || RazonSocial || '|' || ifnull(RUC,'') FROM Empresa");
   EXPECT_EQ(p.txtDatEmp[0] + "|" + p.txtDatEmp[1] + "|" + p.txtDatEmp[2], empresa);
-  EXPECT_EQ(p.GCargos.row_count(), std::stoul(d.staged("SELECT count(*) FROM Cargos")));
-  EXPECT_EQ(p.GContra.row_count(), std::stoul(d.staged("SELECT count(*) FROM Contrato")));
+  // Every grid shows every staged row of its table (a refused query shows none).
+  const std::pair<const preview::GridModel*, const char*> grids[] = {
+      {&p.GCargos, "Cargos"}, {&p.GSectores, "Sectores"}, {&p.GSucur, "Sucursales"},
+      {&p.GHorario, "TRegHorario"}, {&p.GContra, "Contrato"}};
+  for (const auto& [grid, table] : grids) {
+    const std::string rows = d.staged(std::string("SELECT count(*) FROM ") + table);
+    EXPECT_NE(rows, "0") << table;
+    EXPECT_EQ(grid->row_count(), std::stoul(rows)) << table;
+  }
   EXPECT_EQ(p.GContra.columns().front().field, "NUMERO_ALTERNATIVO");
   EXPECT_FALSE(p.lblDatosCP_visible);  // staged in this run
 
@@ -331,6 +339,8 @@ TEST(GridsOnTheDemo, BrowserSortsEveryPageLikeTheTables) {
       shown.push_back(b.GridLiq().value(i, "id_Encabezado") + "|" + b.GridLiq().value(i, "Nombres"));
     EXPECT_EQ(shown, expected) << order;
   }
+  // The sort text names its column whatever the case it is written in.
+  EXPECT_EQ(preview::sql::liquidation_sort_text("NOMBRES", "Nombres", 4), "Nombres Desc");
 }
 
 TEST(GridsOnTheDemo, RefreshTidiesNumbersAndDropsUnusedConcepts) {

@@ -105,15 +105,13 @@ TEST_F(OdbcDialogTest, PickerIsSkippedOnlyForTheOnlySourceAlreadyChosen) {
 
 TEST_F(OdbcDialogTest, DialogPreselectsTheCurrentSourceAndReturnsTheChoice) {
   ui::OdbcDialog dialog(kAll, " OTRO.dsn", nullptr);
-  EXPECT_EQ(dialog.objectName(), "FrmODBC");
-  QComboBox* combo = dialog.findChild<QComboBox*>("cmbDSN");
-  ASSERT_NE(combo, nullptr);
+  QComboBox* combo = dialog.combo();
   ASSERT_EQ(combo->count(), 4);
   EXPECT_EQ(combo->currentIndex(), 3);
   dialog.show();
   QTest::keyClick(combo, Qt::Key_Up);
   EXPECT_EQ(combo->currentText(), "Origen.dsn");
-  QTest::mouseClick(dialog.findChild<QPushButton*>("cbAceptar"), Qt::LeftButton);
+  QTest::mouseClick(dialog.ok_button(), Qt::LeftButton);
   EXPECT_EQ(dialog.result(), QDialog::Accepted);
   EXPECT_EQ(dialog.chosen(), "Origen.dsn");
 

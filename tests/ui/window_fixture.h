@@ -4,14 +4,15 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <QApplication>
 #include <filesystem>
 #include <memory>
 #include <string>
 
+#include "support/program_folder.h"
 #include "support/scripted_ui.h"
+#include "support/sqlite_file.h"
 #include "support/temp_dir.h"
 #include "ui_parts_support.h"
 #include "ui/main_window.h"
@@ -35,21 +36,7 @@ class ScriptedWindowUi : public ScriptedUserInterface {
 // The one QApplication of the test program, shared with the parts' tests.
 inline QApplication& App() { return ui_parts_test::app(); }
 
-// The first column of the first row of a native query ("" for none).
-inline std::string query_text(const fs::path& file, const std::string& sql) {
-  sqlite3* db = nullptr;
-  std::string out;
-  if (sqlite3_open_v2(file.string().c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
-    sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW) {
-      const unsigned char* t = sqlite3_column_text(st, 0);
-      out = t ? reinterpret_cast<const char*>(t) : "";
-    }
-    sqlite3_finalize(st);
-  }
-  sqlite3_close(db);
-  return out;
-}
+using test_support::query_text;
 
 inline long long count_rows(const fs::path& file, const std::string& table) {
   const std::string n = query_text(file, "SELECT count(*) FROM \"" + table + "\"");
@@ -72,16 +59,7 @@ struct DemoWindow {
     App();
     const fs::path built = KEL_PROGRAM_DIR;
     EXPECT_TRUE(fs::exists(built / "demo" / "Origen_CSV" / "Empresa.csv")) << "the build makes the demo";
-    fs::create_directories(prog);
-    for (const fs::directory_entry& e : fs::directory_iterator(built)) {
-      const std::string name = e.path().filename().string();
-      if (e.is_directory()) {
-        if (name == "demo" || (name != "Generica" && fs::exists(e.path() / "Pasaje.mdb"))) continue;
-        fs::copy(e.path(), prog / name, fs::copy_options::recursive);
-      } else if (name != "kelimport") {
-        fs::copy_file(e.path(), prog / name);
-      }
-    }
+    test_support::copy_program_folder(built, prog);
     fs::create_directories(company.parent_path());
     fs::copy_file(built / "demo" / "Empresa" / "Datos.mdb", company);
     fs::copy(built / "demo" / "Origen_CSV", source, fs::copy_options::recursive);

@@ -119,6 +119,9 @@ struct DataTableSource {
   // written, every later scan passes over them.
   std::unordered_set<std::int64_t> removed_lines;
   std::int64_t estimated_rows = 1;
+  // Column (index into plan) whose empty value stops a scan; -1: none
+  // (DataTable::StopScansOnEmpty).
+  int stop_on_empty = -1;
 };
 
 namespace {
@@ -238,6 +241,14 @@ int Next(sqlite3_vtab_cursor* base) {
   } while (!s.removed_lines.empty() && s.removed_lines.count(r->line) != 0);
   c.line = r->line;
   const auto line = static_cast<std::size_t>(r->line);
+  if (s.stop_on_empty >= 0) {
+    const PrefetchedValue& key = c.reader->value(static_cast<std::size_t>(s.stop_on_empty));
+    if (key.kind == FieldValue::Kind::Null || (key.kind == FieldValue::Kind::Text && key.text_size == 0)) {
+      c.eof = true;
+      return SetError(base->pVtab, s.name + ", línea " + std::to_string(line) + ": " +
+                                       s.plan[static_cast<std::size_t>(s.stop_on_empty)].column.name + " vacío");
+    }
+  }
   ++c.report.rows;
   if (r->unterminated_quote) {
     c.report.warnings.push_back(s.name + ", línea " + std::to_string(line) +
@@ -385,9 +396,19 @@ DataTable& DataTable::operator=(DataTable&& other) noexcept {
   return *this;
 }
 
+void DataTable::StopScansOnEmpty(const std::string& column) {
+  if (!source_) return;
+  DataTableSource& s = *source_;
+  s.stop_on_empty = -1;
+  for (std::size_t i = 0; i < s.plan.size() && !column.empty() && s.stop_on_empty < 0; ++i) {
+    if (settings::IEquals(s.plan[i].column.name, column)) s.stop_on_empty = static_cast<int>(i);
+  }
+}
+
 DataFileLoad DataTable::Close() {
   if (!connection_ || !source_) return std::move(result_);
   DataTableSource& s = *source_;
+  s.stop_on_empty = -1;
   sqlite3* db = connection_->handle();
   if (result_.ok && !s.complete && db) {
     // The statements never read the whole file (one failed, or none reads

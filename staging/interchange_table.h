@@ -71,6 +71,14 @@ class DataTable {
   // Why it could not be made (Spanish), when !ok().
   const std::string& error() const { return result_.error; }
 
+  // While `column` (a column of the table, any case) is named, a scan that
+  // meets a row whose value there is empty (Null, or '') stops with an error
+  // naming the line instead of handing the row on; "" lets every row through
+  // again. A statement that stages into a keyed table runs under it, so that
+  // the engine never makes up the key of such a row and no scan is spent
+  // looking for them beforehand.
+  void StopScansOnEmpty(const std::string& column);
+
   // Drops the table and gives what reading the file did: the rows and the
   // values that did not convert, from the first scan that read the whole
   // file (when the statements never did, the file is read once here so that

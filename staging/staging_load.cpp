@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <exception>
 #include <stdexcept>
 
 #include "db/error.h"
@@ -212,35 +213,101 @@ bool SetAside(StagingLoad& load, sqlite3* db, const std::string& data_table, con
   return true;
 }
 
-// What became of a statement that reads a source database.
-enum class DatabaseKeys {
+// What became of a statement whose rows' keys the load checks (one that
+// reads a data file or a source database).
+enum class StatementKeys {
   kNotKeyed,  // no keyed insert of the translator's form: run it as it is
   kLoaded,    // loaded (maybe with rows set aside)
   kRefused,   // not loaded because of its keys (the warning is given)
 };
 
+// Runs a statement of an entry whose data file is open as `data`, refusing
+// or setting aside the rows whose key is empty or repeated (and saying so).
+// While it runs, a scan that meets an empty key stops (an engine would make
+// the key up), so the file is searched for the offending rows — a scan of
+// their own — only when the statement failed; the empty keys are told first,
+// as they are the first thing wrong with such a table. Returns kLoaded or
+// kRefused; throws what the statement throws for any other reason.
+StatementKeys RunOverDataFile(StagingLoad& load, db::SqliteConnection& sqlite, DataTable& data,
+                             const std::string& data_table, const std::string& statement,
+                             const std::string& source_name) {
+  sqlite3* db = sqlite.handle();
+  const KeyTarget target = FindKeyTarget(db, statement, data_table);
+  const auto run = [&] {
+    data.StopScansOnEmpty(target.icol);
+    try {
+      load.staging->execute(statement);
+    } catch (...) {
+      data.StopScansOnEmpty("");
+      throw;
+    }
+    data.StopScansOnEmpty("");
+  };
+  std::exception_ptr failure;
+  try {
+    run();
+    return StatementKeys::kLoaded;
+  } catch (const std::exception&) {
+    failure = std::current_exception();
+  }
+  if (!target.icol.empty()) {
+    const std::vector<BadRow> empty = EmptyKeyRows(db, data_table, target.icol);
+    if (!empty.empty()) {
+      if (!(load.set_aside_bad_rows && SetAside(load, db, data_table, source_name, target.table, empty))) {
+        load.warnings.push_back(
+            RefusedTableMessage(source_name, target.table, DescribeKeyLines(db, data_table, target.icol, empty)));
+        return StatementKeys::kRefused;
+      }
+      try {
+        run();
+        return StatementKeys::kLoaded;
+      } catch (const std::exception&) {
+        failure = std::current_exception();
+      }
+    }
+  }
+  std::string message;
+  try {
+    std::rethrow_exception(failure);
+  } catch (const std::exception& e) {
+    message = e.what();
+  }
+  std::string table, column;
+  if (!KeyViolation(message, &table, &column)) std::rethrow_exception(failure);
+  const std::string icol = InterchangeColumn(db, data_table, column);
+  if (icol.empty()) std::rethrow_exception(failure);
+  const std::vector<BadRow> conflicts = KeyConflictRows(db, data_table, icol, table, column);
+  if (conflicts.empty()) std::rethrow_exception(failure);
+  if (!load.set_aside_bad_rows || !SetAside(load, db, data_table, source_name, table, conflicts)) {
+    load.warnings.push_back(RefusedTableMessage(source_name, table, DescribeKeyLines(db, data_table, icol, conflicts)));
+    return StatementKeys::kRefused;
+  }
+  run();  // the rest of the table
+  return StatementKeys::kLoaded;
+}
+
 // Runs an insert into a keyed staging table that reads a source database
 // (`in '<path>'`), refusing or setting aside the rows whose key is empty or
 // repeated as an interchange file's are (staging/database_rows.h). Throws
 // what the statement's own run throws.
-DatabaseKeys LoadFromDatabase(StagingLoad& load, db::SqliteConnection& sqlite, const std::string& text,
+StatementKeys LoadFromDatabase(StagingLoad& load, db::SqliteConnection& sqlite, const std::string& text,
                               const std::string& source_name) {
   const std::string table = InsertTarget(text);
-  if (table.empty() || InPaths(text).empty()) return DatabaseKeys::kNotKeyed;
+  if (table.empty() || InPaths(text).empty()) return StatementKeys::kNotKeyed;
   const std::string key = KeyColumn(sqlite.handle(), table);
-  if (key.empty()) return DatabaseKeys::kNotKeyed;
+  if (key.empty()) return StatementKeys::kNotKeyed;
   const db::jet::Translation translation = sqlite.translate(text);
   InsertSelect insert;
   if (translation.statements.size() != 1 || !SplitInsertSelect(translation.statements[0], &insert))
-    return DatabaseKeys::kNotKeyed;
+    return StatementKeys::kNotKeyed;
   std::size_t at = 0;
   while (at < insert.columns.size() && !settings::IEquals(insert.columns[at], key)) ++at;
-  if (at == insert.columns.size()) return DatabaseKeys::kNotKeyed;
+  if (at == insert.columns.size()) return StatementKeys::kNotKeyed;
 
   if (!HasEmptyKey(sqlite, insert, at)) {
     try {
       load.staging->execute(text);
-      return DatabaseKeys::kLoaded;
+      return StatementKeys::kLoaded;
     } catch (const std::exception& e) {
       std::string violated, column;
       if (!KeyViolation(e.what(), &violated, &column) || !settings::IEquals(violated, table)) throw;
@@ -262,10 +329,10 @@ DatabaseKeys LoadFromDatabase(StagingLoad& load, db::SqliteConnection& sqlite, c
                         SetAside(load, db, kSourceRowsTable, source_name, table, bad, RowUnit::kSourceRow))) {
     load.warnings.push_back(RefusedTableMessage(
         source_name, table, DescribeKeyLines(db, kSourceRowsTable, icol, bad, RowUnit::kSourceRow)));
-    return DatabaseKeys::kRefused;
+    return StatementKeys::kRefused;
   }
   InsertCopiedRows(sqlite, insert);
-  return DatabaseKeys::kLoaded;
+  return StatementKeys::kLoaded;
 }
 
 // Loads one catalogue entry. `ignoring` is the load's error mode: false until
@@ -358,49 +425,15 @@ void LoadEntry(StagingLoad& load, ClaArchBD& entry, bool& ignoring) {
   ignoring = true;  // from here to the end of the load every error is ignored
   int reported = 0;
   for (std::size_t i = 0; i < texts.size(); ++i) {
-    // An empty key would get a number made up by the engine: such rows are
-    // refused before the statement runs.
-    if (!data_table.empty()) {
-      const KeyTarget target = FindKeyTarget(sqlite->handle(), texts[i], data_table);
-      if (!target.icol.empty()) {
-        const std::vector<BadRow> empty = EmptyKeyRows(sqlite->handle(), data_table, target.icol);
-        if (!empty.empty() && !(load.set_aside_bad_rows &&
-                                SetAside(load, sqlite->handle(), data_table, source_name, target.table, empty))) {
-          ++load.stats.statements_failed;
-          load.warnings.push_back(RefusedTableMessage(
-              source_name, target.table, DescribeKeyLines(sqlite->handle(), data_table, target.icol, empty)));
-          continue;
-        }
-      }
-    }
     try {
-      const DatabaseKeys keyed = sqlite && data_table.empty() ? LoadFromDatabase(load, *sqlite, texts[i], source_name)
-                                                              : DatabaseKeys::kNotKeyed;
-      if (keyed == DatabaseKeys::kRefused) {
+      const StatementKeys keyed = !data_table.empty()  ? RunOverDataFile(load, *sqlite, data, data_table, texts[i], source_name)
+                                 : sqlite             ? LoadFromDatabase(load, *sqlite, texts[i], source_name)
+                                                      : StatementKeys::kNotKeyed;
+      if (keyed == StatementKeys::kRefused) {
         ++load.stats.statements_failed;
         continue;
       }
-      if (keyed == DatabaseKeys::kLoaded) {
-        ++load.stats.statements_run;
-        continue;
-      }
-      try {
-        load.staging->execute(texts[i]);
-      } catch (const std::exception& e) {
-        std::string table, column;
-        if (data_table.empty() || !KeyViolation(e.what(), &table, &column)) throw;
-        const std::string icol = InterchangeColumn(sqlite->handle(), data_table, column);
-        if (icol.empty()) throw;
-        const std::vector<BadRow> conflicts = KeyConflictRows(sqlite->handle(), data_table, icol, table, column);
-        if (conflicts.empty()) throw;
-        if (!load.set_aside_bad_rows || !SetAside(load, sqlite->handle(), data_table, source_name, table, conflicts)) {
-          ++load.stats.statements_failed;
-          load.warnings.push_back(RefusedTableMessage(
-              source_name, table, DescribeKeyLines(sqlite->handle(), data_table, icol, conflicts)));
-          continue;
-        }
-        load.staging->execute(texts[i]);  // the rest of the table
-      }
+      if (keyed == StatementKeys::kNotKeyed) load.staging->execute(texts[i]);
       ++load.stats.statements_run;
     } catch (const std::exception& e) {
       ++load.stats.statements_failed;

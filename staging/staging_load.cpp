@@ -233,23 +233,22 @@ StatementKeys RunOverDataFile(StagingLoad& load, db::SqliteConnection& sqlite, D
                              const std::string& source_name) {
   sqlite3* db = sqlite.handle();
   const KeyTarget target = FindKeyTarget(db, statement, data_table);
-  const auto run = [&] {
+  // One run of the statement; false, keeping why, when it failed.
+  std::exception_ptr failure;
+  std::string message;
+  const auto attempt = [&] {
+    failure = nullptr;
     data.StopScansOnEmpty(target.icol);
     try {
       load.staging->execute(statement);
-    } catch (...) {
-      data.StopScansOnEmpty("");
-      throw;
+    } catch (const std::exception& e) {
+      failure = std::current_exception();
+      message = e.what();
     }
     data.StopScansOnEmpty("");
+    return !failure;
   };
-  std::exception_ptr failure;
-  try {
-    run();
-    return StatementKeys::kLoaded;
-  } catch (const std::exception&) {
-    failure = std::current_exception();
-  }
+  if (attempt()) return StatementKeys::kLoaded;
   if (!target.icol.empty()) {
     const std::vector<BadRow> empty = EmptyKeyRows(db, data_table, target.icol);
     if (!empty.empty()) {
@@ -258,31 +257,20 @@ StatementKeys RunOverDataFile(StagingLoad& load, db::SqliteConnection& sqlite, D
             RefusedTableMessage(source_name, target.table, DescribeKeyLines(db, data_table, target.icol, empty)));
         return StatementKeys::kRefused;
       }
-      try {
-        run();
-        return StatementKeys::kLoaded;
-      } catch (const std::exception&) {
-        failure = std::current_exception();
-      }
+      if (attempt()) return StatementKeys::kLoaded;
     }
-  }
-  std::string message;
-  try {
-    std::rethrow_exception(failure);
-  } catch (const std::exception& e) {
-    message = e.what();
   }
   std::string table, column;
   if (!KeyViolation(message, &table, &column)) std::rethrow_exception(failure);
   const std::string icol = InterchangeColumn(db, data_table, column);
-  if (icol.empty()) std::rethrow_exception(failure);
-  const std::vector<BadRow> conflicts = KeyConflictRows(db, data_table, icol, table, column);
+  const std::vector<BadRow> conflicts =
+      icol.empty() ? std::vector<BadRow>{} : KeyConflictRows(db, data_table, icol, table, column);
   if (conflicts.empty()) std::rethrow_exception(failure);
   if (!load.set_aside_bad_rows || !SetAside(load, db, data_table, source_name, table, conflicts)) {
     load.warnings.push_back(RefusedTableMessage(source_name, table, DescribeKeyLines(db, data_table, icol, conflicts)));
     return StatementKeys::kRefused;
   }
-  run();  // the rest of the table
+  if (!attempt()) std::rethrow_exception(failure);  // the rest of the table
   return StatementKeys::kLoaded;
 }
 
